@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include "support/Raises.h"
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "support/TempDir.h"
+#include "toolkit/File.h"
+
+namespace {
+
+using testing_support::TempDir;
+
+std::string ReadBytes(const std::filesystem::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+void WriteBytes(const std::filesystem::path& p, const std::string& bytes) {
+  std::ofstream out(p, std::ios::binary);
+  out << bytes;
+}
+
+TEST(CFile, CreateWriteSeekReadWithNonAsciiName) {
+  TempDir dir;
+  CString path = dir.Path() + L"\u6587\u4ef6 file.bin";
+  {
+    CFile f;
+    ASSERT_TRUE(f.Open(path, CFile::modeCreate | CFile::modeReadWrite));
+    f.Write("hello world", 11);
+    EXPECT_EQ(f.GetLength(), 11u);
+    EXPECT_EQ(f.Seek(6, CFile::begin), 6u);
+    char buf[16] = {};
+    EXPECT_EQ(f.Read(buf, sizeof buf), 5u);
+    EXPECT_STREQ(buf, "world");
+    EXPECT_EQ(f.Read(buf, sizeof buf), 0u);  // end of file
+    f.SetLength(5);
+    EXPECT_EQ(f.GetLength(), 5u);
+    EXPECT_EQ(f.GetFileName(), L"\u6587\u4ef6 file.bin");
+    f.Close();
+    EXPECT_FALSE(f.IsOpen());
+  }
+  EXPECT_EQ(ReadBytes(dir.NativeOf(L"\u6587\u4ef6 file.bin")), "hello");
+}
+
+TEST(CFile, NoTruncateKeepsAndCreateTruncates) {
+  TempDir dir;
+  WriteBytes(dir.NativeOf(L"a.txt"), "12345");
+  CString path = dir.Path() + L"a.txt";
+  {
+    CFile f(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite);
+    f.SeekToEnd();
+    f.Write("6", 1);
+  }
+  EXPECT_EQ(ReadBytes(dir.NativeOf(L"a.txt")), "123456");
+  { CFile f(path, CFile::modeCreate | CFile::modeWrite); }
+  EXPECT_EQ(ReadBytes(dir.NativeOf(L"a.txt")), "");
+}
+
+TEST(CFile, FailuresReportTheCause) {
+  TempDir dir;
+  CFile f;
+  CFileException error;
+  EXPECT_FALSE(f.Open(dir.Path() + L"missing.txt", CFile::modeRead, &error));
+  EXPECT_EQ(error.m_cause, CFileException::fileNotFound);
+  EXPECT_EQ(error.m_strFileName, dir.Path() + L"missing.txt");
+  EXPECT_FALSE(f.Open(dir.Path() + L"no\\such\\folder\\x.txt", CFile::modeCreate | CFile::modeWrite, &error));
+  EXPECT_NE(error.m_cause, CFileException::none);
+  EXPECT_FALSE(f.Open(dir.Path(), CFile::modeRead, &error));  // a folder is not a file
+  EXPECT_FALSE(f.Open(L"", CFile::modeRead, &error));
+  try {
+    CFile raising(dir.Path() + L"missing.txt", CFile::modeRead);
+    FAIL() << "the opening constructor must raise";
+  } catch (CFileException* e) {
+    EXPECT_EQ(e->m_cause, CFileException::fileNotFound);
+    e->Delete();
+  }
+}
+
+TEST(CFile, RemoveAndRename) {
+  TempDir dir;
+  WriteBytes(dir.NativeOf(L"x"), "x");
+  WriteBytes(dir.NativeOf(L"y"), "y");
+  EXPECT_RAISES(CFile::Rename(dir.Path() + L"x", dir.Path() + L"y"), CFileException);  // no replacing
+  CFile::Rename(dir.Path() + L"x", dir.Path() + L"z");
+  EXPECT_EQ(ReadBytes(dir.NativeOf(L"z")), "x");
+  CFile::Remove(dir.Path() + L"z");
+  EXPECT_FALSE(std::filesystem::exists(dir.NativeOf(L"z")));
+  EXPECT_RAISES(CFile::Remove(dir.Path() + L"z"), CFileException);
+}
+
+TEST(CStdioFile, TextModeReadsLinesInTheAnsiPageAndWritesCrLf) {
+  TempDir dir;
+  CString path = dir.Path() + L"t.txt";
+  {
+    CStdioFile f(path, CFile::modeCreate | CFile::modeWrite | CFile::typeText);
+    f.WriteString(L"one\ntwo\n");
+    f.WriteString(L"three");
+  }
+  EXPECT_EQ(ReadBytes(dir.NativeOf(L"t.txt")), "one\r\ntwo\r\nthree");
+  CStdioFile f;
+  ASSERT_TRUE(f.Open(path, CFile::modeRead | CFile::typeText));
+  CString line;
+  ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(line, L"one");
+  ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(line, L"two");
+  EXPECT_EQ(f.GetPosition(), 10u);  // the read-ahead is not counted
+  ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(line, L"three");
+  EXPECT_FALSE(f.ReadString(line));
+}
+
+TEST(CStdioFile, BinaryModeIsUtf16Units) {
+  TempDir dir;
+  CString path = dir.Path() + L"u.txt";
+  const std::wstring text = L"\u4e2d\n\U0001F600x";
+  {
+    CStdioFile f(path, CFile::modeCreate | CFile::modeWrite | CFile::typeBinary);
+    f.WriteString(text.c_str());
+  }
+  EXPECT_EQ(ReadBytes(dir.NativeOf(L"u.txt")), std::string("\x2d\x4e\x0a\x00\x3d\xd8\x00\xde\x78\x00", 10));
+  CStdioFile f(path, CFile::modeRead | CFile::typeBinary);
+  CString line;
+  ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(line, L"\u4e2d");
+  ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(line, L"\U0001F600x");
+  EXPECT_FALSE(f.ReadString(line));
+}
+
+TEST(CStdioFile, BoundedReadKeepsTheLineFeedAndSplitsLongLines) {
+  TempDir dir;
+  WriteBytes(dir.NativeOf(L"b.txt"), "abcdef\nxy");
+  CStdioFile f(dir.Path() + L"b.txt", CFile::modeRead | CFile::typeText);
+  wchar_t buf[5];
+  ASSERT_NE(f.ReadString(buf, 5), nullptr);
+  EXPECT_STREQ(buf, L"abcd");
+  ASSERT_NE(f.ReadString(buf, 5), nullptr);
+  EXPECT_STREQ(buf, L"ef\n");
+  ASSERT_NE(f.ReadString(buf, 5), nullptr);
+  EXPECT_STREQ(buf, L"xy");
+  EXPECT_EQ(f.ReadString(buf, 5), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,14 @@
+#pragma once
+// UTF-8 <-> wchar_t without the platform. Invalid input is replaced, never rejected:
+// each maximal invalid subsequence of bytes becomes one U+FFFD, and a lone surrogate
+// becomes U+FFFD on output. Where wchar_t is 16 bits, code points above U+FFFF travel as
+// surrogate pairs; where it is 32 bits, a high/low surrogate pair is joined on output.
+#include <cstddef>
+#include <string>
+
+namespace toolkit {
+
+void Utf8ToWide(const char* bytes, size_t length, std::wstring& out);
+void WideToUtf8(const wchar_t* text, size_t length, std::string& out);
+
+}  // namespace toolkit
