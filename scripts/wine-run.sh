@@ -14,9 +14,16 @@ if [ ! -f "$prefix/.mivo-ready" ]; then
       "$wine" wineboot -i >/dev/null 2>&1 || true
       # the null graphics driver: windows and messages work without a display
       "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
-      wineserver -w
+      # a crash ends the process instead of waiting in winedbg
+      "$wine" reg delete 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /f >/dev/null 2>&1 || true
+
       touch "$prefix/.mivo-ready"
     fi
   ) 9>"$prefix.lock"
 fi
+# Keep one wineserver alive between the many short test programs, and let a first quiet
+# program start Wine's own services: whatever they inherit stays open as long as they live,
+# and a caller such as ctest waits for its pipes to close.
+wineserver -p60 </dev/null >/dev/null 2>&1 || true
+"$wine" cmd.exe /c exit 0 </dev/null >/dev/null 2>&1 || true
 exec "$wine" "$@"
