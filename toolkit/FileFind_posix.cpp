@@ -4,27 +4,10 @@
 
 #include "toolkit/FileFind.h"
 #include "toolkit/FileSys.h"
+#include "toolkit/FileSystem.h"
 
 namespace toolkit {
 namespace {
-
-DWORD Attributes(const std::string& path, const std::wstring& name) {
-  struct stat st;
-  if (::lstat(path.c_str(), &st) != 0) return 0;
-  DWORD a = 0;
-  if (S_ISLNK(st.st_mode)) {
-    a |= FILE_ATTRIBUTE_REPARSE_POINT;
-    struct stat target;
-    if (::stat(path.c_str(), &target) == 0 && S_ISDIR(target.st_mode)) a |= FILE_ATTRIBUTE_DIRECTORY;
-  } else if (S_ISDIR(st.st_mode)) {
-    a |= FILE_ATTRIBUTE_DIRECTORY;
-  } else {
-    a |= FILE_ATTRIBUTE_ARCHIVE;
-  }
-  if (!(st.st_mode & S_IWUSR)) a |= FILE_ATTRIBUTE_READONLY;
-  if (!name.empty() && name[0] == L'.' && name != L"." && name != L"..") a |= FILE_ATTRIBUTE_HIDDEN;
-  return a;
-}
 
 ULONGLONG Length(const std::string& path) {
   struct stat st;
@@ -44,7 +27,7 @@ bool ListMatches(const CString& pattern, std::vector<FindEntry>& out) {
     std::string path = nativeFolder + sys::ToNativePath(mask);
     struct stat st;
     if (mask.IsEmpty() || ::lstat(path.c_str(), &st) != 0) return false;
-    out.push_back({mask, Attributes(path, mask.str()), Length(path)});
+    out.push_back({mask, GetAttributes(folder + mask), Length(path)});
     return true;
   }
 
@@ -55,7 +38,7 @@ bool ListMatches(const CString& pattern, std::vector<FindEntry>& out) {
     std::wstring name = sys::FromNativePath(nativeName);
     if (!WildcardMatch(mask, name.c_str())) continue;
     std::string path = nativeFolder + nativeName;
-    out.push_back({CString(name.c_str()), Attributes(path, name), Length(path)});
+    out.push_back({CString(name.c_str()), GetAttributes(folder + name.c_str()), Length(path)});
   }
   ::closedir(dir);
   return !out.empty();

@@ -1,0 +1,164 @@
+#include "common/FileUtil.h"
+
+#include <atomic>
+
+#include "toolkit/File.h"
+#include "toolkit/FileFind.h"
+#include "toolkit/FileSystem.h"
+
+namespace mivo::common {
+namespace {
+
+CString WithoutTrailingSlash(CString folder) {
+  while (folder.GetLength() > 1 && folder[folder.GetLength() - 1] == L'\\') folder = folder.Left(folder.GetLength() - 1);
+  return folder;
+}
+
+bool HasExt(const CString& name, const CString& ext) {
+  if (ext.IsEmpty()) return true;
+  int dot = name.ReverseFind(L'.');
+  return dot >= 0 && name.Mid(dot + 1).CompareNoCase(ext) == 0;
+}
+
+// Calls visit(finder, "%s\\%s") for each entry of "%s\\*.*" but "." and ".."; stops when
+// visit returns false.
+template <typename Visit>
+void ForEachEntry(const CString& folder, Visit&& visit) {
+  CString base = WithoutTrailingSlash(folder);
+  CString pattern;
+  pattern.Format(L"%s\\*.*", base.GetString());
+  CFileFind finder;
+  BOOL more = finder.FindFile(pattern);
+  while (more) {
+    more = finder.FindNextFile();
+    if (finder.IsDots()) continue;
+    CString full;
+    full.Format(L"%s\\%s", base.GetString(), finder.GetFileName().GetString());
+    if (!visit(finder, full)) break;
+  }
+}
+
+int CollectFiles(const CString& folder, std::list<CString>& files, const CString& ext, bool recurse) {
+  int added = 0;
+  ForEachEntry(folder, [&](const CFileFind& entry, const CString& full) {
+    if (entry.IsDirectory()) {
+      if (recurse && !entry.IsReparsePoint()) added += CollectFiles(full, files, ext, true);
+    } else if (HasExt(entry.GetFileName(), ext)) {
+      files.push_back(full);
+      ++added;
+    }
+    return true;
+  });
+  return added;
+}
+
+}  // namespace
+
+bool IsFileExist(const CString& path) {
+  DWORD a = toolkit::GetAttributes(path);
+  return a != toolkit::kInvalidAttributes && !(a & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+bool IsFolderExist(CString path) {
+  path = WithoutTrailingSlash(path);
+  DWORD a = toolkit::GetAttributes(path);
+  return a != toolkit::kInvalidAttributes && (a & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+unsigned __int64 GetFileSize(const CString& path) {
+  ULONGLONG length = 0;
+  return toolkit::GetFileLength(path, length) ? length : 0;
+}
+
+unsigned __int64 GetDiskFree(CString path) {
+  ULONGLONG bytes = 0;
+  return toolkit::GetDiskFreeBytes(path, bytes) ? bytes : 0;
+}
+
+bool IsEmptyFoler(const CString& folder) {
+  bool empty = true;
+  ForEachEntry(folder, [&](const CFileFind&, const CString&) { return empty = false; });
+  return empty;
+}
+
+int GetAllFilesInFolder(const CString& folder, std::list<CString>& files, const CString& ext) {
+  return CollectFiles(folder, files, ext, false);
+}
+
+int GetAllFilesInFolderT(const CString& folder, std::list<CString>& files, const CString& ext) {
+  return CollectFiles(folder, files, ext, true);
+}
+
+int EmptyFolder(const CString& folder, int removeSelf, int recurse) {
+  CString base = WithoutTrailingSlash(folder);
+  if (!IsFolderExist(base)) return 0;
+  ForEachEntry(base, [&](const CFileFind& entry, const CString& full) {
+    if (entry.IsDirectory()) {
+      if (entry.IsReparsePoint()) {
+        if (recurse) toolkit::RemoveFolder(full);  // the link goes; its target stays untouched
+      } else if (recurse) {
+        EmptyFolder(full, 1, recurse);
+      }
+    } else {
+      if (entry.IsReadOnly()) toolkit::SetAttributes(full, FILE_ATTRIBUTE_NORMAL);
+      toolkit::DeleteFileAt(full);
+    }
+    return true;
+  });
+  if (removeSelf) return toolkit::RemoveFolder(base) ? 1 : 0;
+  return 1;
+}
+
+bool SafeDeleteFile(const wchar_t* path) {
+  if (path && toolkit::DeleteFileAt(path)) return true;
+  CString line;
+  line.Format(L"---------------cant delete file:%s\n", path ? path : L"");
+  toolkit::OutputDebugText(line);
+  return false;
+}
+
+int LoadFile(const CString& path, std::string& data) {
+  if (path.IsEmpty()) return 0;
+  try {
+    CFile file;
+    if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone | CFile::typeBinary)) return 0;
+    char chunk[4096];
+    while (UINT n = file.Read(chunk, sizeof chunk)) data.append(chunk, n);
+    file.Close();
+    return 1;
+  } catch (CException* e) {
+    e->Delete();
+    return 0;
+  }
+}
+
+int SaveFile(const CString& path, const std::string& data) {
+  if (path.IsEmpty()) return 0;
+  static std::atomic<unsigned> counter{0};
+  CString temp;
+  temp.Format(L"%s.%u.mivo-new", path.GetString(), counter++);
+  try {
+    CFile file;
+    if (!file.Open(temp, CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive | CFile::typeBinary)) return 0;
+    size_t done = 0;
+    while (done < data.size()) {
+      size_t n = data.size() - done;
+      if (n > 0x40000000) n = 0x40000000;
+      file.Write(data.data() + done, static_cast<UINT>(n));
+      done += n;
+    }
+    file.Flush();
+    file.Close();
+  } catch (CException* e) {
+    e->Delete();
+    toolkit::DeleteFileAt(temp);
+    return 0;
+  }
+  if (!toolkit::ReplaceFileWith(temp, path)) {
+    toolkit::DeleteFileAt(temp);
+    return 0;
+  }
+  return 1;
+}
+
+}  // namespace mivo::common

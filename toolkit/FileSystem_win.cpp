@@ -1,0 +1,67 @@
+// Windows half of the folder and file operations.
+#include <windows.h>
+
+#include "toolkit/FileSystem.h"
+
+namespace toolkit {
+
+DWORD GetAttributes(const wchar_t* path) {
+  if (!path || !*path) return kInvalidAttributes;
+  return GetFileAttributesW(path);
+}
+
+bool SetAttributes(const wchar_t* path, DWORD attributes) { return SetFileAttributesW(path, attributes) != FALSE; }
+
+bool CreateFolder(const wchar_t* path) { return path && *path && CreateDirectoryW(path, nullptr) != FALSE; }
+
+bool RemoveFolder(const wchar_t* path) {
+  // RemoveDirectory on a junction or folder link removes the link, not the target.
+  return path && *path && RemoveDirectoryW(path) != FALSE;
+}
+
+bool DeleteFileAt(const wchar_t* path) { return path && DeleteFileW(path) != FALSE; }
+
+bool ReplaceFileWith(const wchar_t* from, const wchar_t* to) {
+  return from && to && MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+}
+
+bool GetFileLength(const wchar_t* path, ULONGLONG& length) {
+  length = 0;
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!path || !GetFileAttributesExW(path, GetFileExInfoStandard, &data)) return false;
+  if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) return false;
+  length = (static_cast<ULONGLONG>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+  return true;
+}
+
+bool GetDiskFreeBytes(const wchar_t* path, ULONGLONG& freeBytes) {
+  freeBytes = 0;
+  ULARGE_INTEGER avail;
+  if (!path || !GetDiskFreeSpaceExW(path, &avail, nullptr, nullptr)) return false;
+  freeBytes = avail.QuadPart;
+  return true;
+}
+
+CString GetModulePath() {
+  wchar_t buf[32768];
+  DWORD n = GetModuleFileNameW(nullptr, buf, 32768);
+  return (n == 0 || n >= 32768) ? CString() : CString(buf, static_cast<int>(n));
+}
+
+void OutputDebugText(const wchar_t* text) {
+  if (text) OutputDebugStringW(text);
+}
+
+CString ErrorText(long error) {
+  wchar_t* text = nullptr;
+  DWORD n = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                           nullptr, static_cast<DWORD>(error), 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  CString result = n ? CString(text, static_cast<int>(n)) : CString();
+  if (text) LocalFree(text);
+  result.TrimRight();
+  return result;
+}
+
+long LastError() { return static_cast<long>(GetLastError()); }
+
+}  // namespace toolkit
