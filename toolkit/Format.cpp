@@ -13,7 +13,7 @@ namespace {
 
 enum class Size { Default, Char, Short, Long, LongLong, Int64, Int32, Ptr, SizeT, IntMax, PtrDiff, LongDouble, Wide, Narrow };
 
-struct Spec {
+struct Directive {
   std::string flags;
   int width = -1;
   int precision = -1;
@@ -26,12 +26,12 @@ void AppendAscii(std::basic_string<Ch>& out, const char* s, size_t n) {
   for (size_t i = 0; i < n; ++i) out.push_back(static_cast<Ch>(static_cast<unsigned char>(s[i])));
 }
 
-// Lays out a number through the C library with a narrow copy of the specification.
+// Lays out a number through the C library with a narrow copy of the directive.
 template <typename Ch, typename T>
-void AppendNumber(std::basic_string<Ch>& out, const Spec& spec, const char* length, char conv, T value) {
-  std::string f = "%" + spec.flags;
-  if (spec.width >= 0) f += std::to_string(spec.width);
-  if (spec.precision >= 0) f += "." + std::to_string(spec.precision);
+void AppendNumber(std::basic_string<Ch>& out, const Directive& dir, const char* length, char conv, T value) {
+  std::string f = "%" + dir.flags;
+  if (dir.width >= 0) f += std::to_string(dir.width);
+  if (dir.precision >= 0) f += "." + std::to_string(dir.precision);
   f += length;
   f += conv;
   char small[128];
@@ -47,12 +47,12 @@ void AppendNumber(std::basic_string<Ch>& out, const Spec& spec, const char* leng
 }
 
 template <typename Ch>
-void AppendPadded(std::basic_string<Ch>& out, const Spec& spec, const std::basic_string<Ch>& text) {
+void AppendPadded(std::basic_string<Ch>& out, const Directive& dir, const std::basic_string<Ch>& text) {
   size_t len = text.size();
-  if (spec.precision >= 0 && static_cast<size_t>(spec.precision) < len) len = static_cast<size_t>(spec.precision);
-  size_t pad = (spec.width > 0 && static_cast<size_t>(spec.width) > len) ? spec.width - len : 0;
-  bool left = spec.flags.find('-') != std::string::npos;
-  Ch fill = (!left && spec.flags.find('0') != std::string::npos) ? Ch('0') : Ch(' ');
+  if (dir.precision >= 0 && static_cast<size_t>(dir.precision) < len) len = static_cast<size_t>(dir.precision);
+  size_t pad = (dir.width > 0 && static_cast<size_t>(dir.width) > len) ? dir.width - len : 0;
+  bool left = dir.flags.find('-') != std::string::npos;
+  Ch fill = (!left && dir.flags.find('0') != std::string::npos) ? Ch('0') : Ch(' ');
   if (!left) out.append(pad, fill);
   out.append(text, 0, len);
   if (left) out.append(pad, Ch(' '));
@@ -87,12 +87,12 @@ size_t Length(const Ch* s, int precision) {
   return n;
 }
 
-// Whether a %s / %c of this specification takes wide text.
+// Whether a %s / %c of this directive takes wide text.
 template <typename Ch>
-bool TakesWide(const Spec& spec) {
-  if (spec.size == Size::Narrow || spec.size == Size::Short) return false;
-  if (spec.size == Size::Wide || spec.size == Size::Long) return true;
-  bool upper = spec.conv == 'S' || spec.conv == 'C';
+bool TakesWide(const Directive& dir) {
+  if (dir.size == Size::Narrow || dir.size == Size::Short) return false;
+  if (dir.size == Size::Wide || dir.size == Size::Long) return true;
+  bool upper = dir.conv == 'S' || dir.conv == 'C';
   bool wideFormat = std::is_same_v<Ch, wchar_t>;
   return wideFormat != upper;
 }
@@ -115,52 +115,52 @@ std::basic_string<Ch> Format(const Ch* fmt, va_list args) {
       ++p;
       continue;
     }
-    Spec spec;
+    Directive dir;
     while (*p == Ch('-') || *p == Ch('+') || *p == Ch(' ') || *p == Ch('#') || *p == Ch('0'))
-      spec.flags.push_back(static_cast<char>(*p++));
+      dir.flags.push_back(static_cast<char>(*p++));
     if (*p == Ch('*')) {
-      spec.width = va_arg(ap, int);
-      if (spec.width < 0) {
-        spec.flags.push_back('-');
-        spec.width = -spec.width;
+      dir.width = va_arg(ap, int);
+      if (dir.width < 0) {
+        dir.flags.push_back('-');
+        dir.width = -dir.width;
       }
       ++p;
     } else {
-      while (*p >= Ch('0') && *p <= Ch('9')) spec.width = (spec.width < 0 ? 0 : spec.width * 10) + (*p++ - Ch('0'));
+      while (*p >= Ch('0') && *p <= Ch('9')) dir.width = (dir.width < 0 ? 0 : dir.width * 10) + (*p++ - Ch('0'));
     }
     if (*p == Ch('.')) {
       ++p;
-      spec.precision = 0;
+      dir.precision = 0;
       if (*p == Ch('*')) {
-        spec.precision = va_arg(ap, int);
+        dir.precision = va_arg(ap, int);
         ++p;
       } else {
-        while (*p >= Ch('0') && *p <= Ch('9')) spec.precision = spec.precision * 10 + (*p++ - Ch('0'));
+        while (*p >= Ch('0') && *p <= Ch('9')) dir.precision = dir.precision * 10 + (*p++ - Ch('0'));
       }
     }
     // length modifiers
-    if (*p == Ch('I') && p[1] == Ch('6') && p[2] == Ch('4')) spec.size = Size::Int64, p += 3;
-    else if (*p == Ch('I') && p[1] == Ch('3') && p[2] == Ch('2')) spec.size = Size::Int32, p += 3;
-    else if (*p == Ch('I')) spec.size = Size::Ptr, ++p;
-    else if (*p == Ch('h') && p[1] == Ch('h')) spec.size = Size::Char, p += 2;
-    else if (*p == Ch('h')) spec.size = Size::Short, ++p;
-    else if (*p == Ch('l') && p[1] == Ch('l')) spec.size = Size::LongLong, p += 2;
-    else if (*p == Ch('l')) spec.size = Size::Long, ++p;
-    else if (*p == Ch('w')) spec.size = Size::Wide, ++p;
-    else if (*p == Ch('z')) spec.size = Size::SizeT, ++p;
-    else if (*p == Ch('j')) spec.size = Size::IntMax, ++p;
-    else if (*p == Ch('t')) spec.size = Size::PtrDiff, ++p;
-    else if (*p == Ch('L')) spec.size = Size::LongDouble, ++p;
-    if (!*p) {  // a lone specification at the end is printed as it stands
+    if (*p == Ch('I') && p[1] == Ch('6') && p[2] == Ch('4')) dir.size = Size::Int64, p += 3;
+    else if (*p == Ch('I') && p[1] == Ch('3') && p[2] == Ch('2')) dir.size = Size::Int32, p += 3;
+    else if (*p == Ch('I')) dir.size = Size::Ptr, ++p;
+    else if (*p == Ch('h') && p[1] == Ch('h')) dir.size = Size::Char, p += 2;
+    else if (*p == Ch('h')) dir.size = Size::Short, ++p;
+    else if (*p == Ch('l') && p[1] == Ch('l')) dir.size = Size::LongLong, p += 2;
+    else if (*p == Ch('l')) dir.size = Size::Long, ++p;
+    else if (*p == Ch('w')) dir.size = Size::Wide, ++p;
+    else if (*p == Ch('z')) dir.size = Size::SizeT, ++p;
+    else if (*p == Ch('j')) dir.size = Size::IntMax, ++p;
+    else if (*p == Ch('t')) dir.size = Size::PtrDiff, ++p;
+    else if (*p == Ch('L')) dir.size = Size::LongDouble, ++p;
+    if (!*p) {  // a lone directive at the end is printed as it stands
       out.append(start, p);
       break;
     }
-    spec.conv = static_cast<char>(*p++);
-    switch (spec.conv) {
+    dir.conv = static_cast<char>(*p++);
+    switch (dir.conv) {
       case 'd':
       case 'i': {
         long long v;
-        switch (spec.size) {
+        switch (dir.size) {
           case Size::Char: v = static_cast<signed char>(va_arg(ap, int)); break;
           case Size::Short: v = static_cast<short>(va_arg(ap, int)); break;
           case Size::Long: v = va_arg(ap, long); break;
@@ -172,7 +172,7 @@ std::basic_string<Ch> Format(const Ch* fmt, va_list args) {
           case Size::PtrDiff: v = va_arg(ap, intptr_t); break;
           default: v = va_arg(ap, int); break;
         }
-        AppendNumber(out, spec, "ll", 'd', v);
+        AppendNumber(out, dir, "ll", 'd', v);
         break;
       }
       case 'u':
@@ -180,7 +180,7 @@ std::basic_string<Ch> Format(const Ch* fmt, va_list args) {
       case 'x':
       case 'X': {
         unsigned long long v;
-        switch (spec.size) {
+        switch (dir.size) {
           case Size::Char: v = static_cast<unsigned char>(va_arg(ap, unsigned)); break;
           case Size::Short: v = static_cast<unsigned short>(va_arg(ap, unsigned)); break;
           case Size::Long: v = va_arg(ap, unsigned long); break;
@@ -192,7 +192,7 @@ std::basic_string<Ch> Format(const Ch* fmt, va_list args) {
           case Size::PtrDiff: v = va_arg(ap, uintptr_t); break;
           default: v = va_arg(ap, unsigned); break;
         }
-        AppendNumber(out, spec, "ll", spec.conv, v);
+        AppendNumber(out, dir, "ll", dir.conv, v);
         break;
       }
       case 'f':
@@ -203,13 +203,13 @@ std::basic_string<Ch> Format(const Ch* fmt, va_list args) {
       case 'G':
       case 'a':
       case 'A':
-        if (spec.size == Size::LongDouble)
-          AppendNumber(out, spec, "L", spec.conv, va_arg(ap, long double));
+        if (dir.size == Size::LongDouble)
+          AppendNumber(out, dir, "L", dir.conv, va_arg(ap, long double));
         else
-          AppendNumber(out, spec, "", spec.conv, va_arg(ap, double));
+          AppendNumber(out, dir, "", dir.conv, va_arg(ap, double));
         break;
       case 'p': {
-        Spec hex;
+        Directive hex;
         hex.flags = "0";
         hex.width = static_cast<int>(sizeof(void*) * 2);
         AppendNumber(out, hex, "ll", 'X', static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(va_arg(ap, void*))));
@@ -222,14 +222,14 @@ std::basic_string<Ch> Format(const Ch* fmt, va_list args) {
       case 'C': {
         int ch = va_arg(ap, int);
         std::basic_string<Ch> text;
-        if (TakesWide<Ch>(spec)) {
+        if (TakesWide<Ch>(dir)) {
           wchar_t w = static_cast<wchar_t>(ch);
           text = FromWide<Ch>(&w, 1);
         } else {
           char c = static_cast<char>(ch);
           text = FromNarrow<Ch>(&c, 1);
         }
-        Spec noPrecision = spec;
+        Directive noPrecision = dir;
         noPrecision.precision = -1;
         AppendPadded(out, noPrecision, text);
         break;
@@ -237,16 +237,16 @@ std::basic_string<Ch> Format(const Ch* fmt, va_list args) {
       case 's':
       case 'S': {
         std::basic_string<Ch> text;
-        if (TakesWide<Ch>(spec)) {
+        if (TakesWide<Ch>(dir)) {
           const wchar_t* s = va_arg(ap, const wchar_t*);
           if (!s) s = L"(null)";
-          text = FromWide<Ch>(s, Length(s, spec.precision));
+          text = FromWide<Ch>(s, Length(s, dir.precision));
         } else {
           const char* s = va_arg(ap, const char*);
           if (!s) s = "(null)";
-          text = FromNarrow<Ch>(s, Length(s, spec.precision));
+          text = FromNarrow<Ch>(s, Length(s, dir.precision));
         }
-        Spec converted = spec;
+        Directive converted = dir;
         converted.precision = -1;  // the cut was made on the source text
         AppendPadded(out, converted, text);
         break;
