@@ -2,9 +2,59 @@
 
 #include <mutex>
 
+#include "common/AppPath.h"
+#include "common/Conversion.h"
+#include "common/FileUtil.h"
 #include "common/MessageBox.h"
+#include "common/XmlDocument.h"
 #include "common/StdioFileEx.h"
 #include "common/StringUtil.h"
+
+const wchar_t* const g_szLangSettingFile = L"lang.xml";
+const wchar_t* const g_szLangSettingPath = L"LangSetting";
+const wchar_t* const g_szLangSettingAttr = L"lang";
+const wchar_t* const g_szDefaultLang = L"zh_CN";
+
+namespace {
+const wchar_t kLangTemplate[] =
+    L"<?xml version=\"1.0\" encoding=\"utf-8\" ?>\r\n"
+    L"<LangSetting lang=\"%s\">\r\n"
+    L"<SelectedLang />\r\n"
+    L"</LangSetting>\r\n";
+}  // namespace
+
+CString CMutiLanSupport::SettingPath() const {
+  CString path;
+  path.Format(L"%s%s", (m_settingFolder.IsEmpty() ? mivo::common::GetAppPath() : m_settingFolder).GetString(),
+              g_szLangSettingFile);
+  return path;
+}
+
+bool CMutiLanSupport::LoadLangSetting() {
+  CString path = SettingPath();
+  if (!mivo::common::IsFileExist(path)) {
+    m_setting.strLangInUse = g_szDefaultLang;
+    CString text;
+    text.Format(kLangTemplate, g_szDefaultLang);
+    mivo::common::SaveFile(path, mivo::common::CString_to_utf8(text));
+  } else {
+    CXmlDocument doc;
+    if (doc.LoadFile(path)) {
+      if (TiXmlNode* node = doc.PathWalk(g_szLangSettingPath))
+        m_setting.strLangInUse = CXmlDocument::GetNodeAttribute(node, g_szLangSettingAttr);
+    }
+  }
+  return !m_setting.strLangInUse.IsEmpty();
+}
+
+int CMutiLanSupport::SaveLangSetting() {
+  CXmlDocument doc;
+  if (!doc.LoadFile(SettingPath())) return 0;
+  TiXmlNode* node = doc.PathWalk(g_szLangSettingPath);
+  if (!node) return 0;
+  CXmlDocument::SetNodeAttribute(node, g_szLangSettingAttr, m_setting.strLangToSave);
+  return doc.SaveFile();
+}
 
 CMutiLanSupport* CMutiLanSupport::GetInstance() {
   static CMutiLanSupport* instance = new CMutiLanSupport();  // lives until the process ends

@@ -18,5 +18,6 @@
 #include "common/StdioFileEx.h"
 #include "common/StringUtil.h"
 #include "common/Trace.h"
+#include "common/XmlDocument.h"
 
 #include "base/log/Log_Impl.h"
