@@ -67,18 +67,18 @@ class RateReporter : public benchmark::ConsoleReporter {
 
 }  // namespace
 
-BENCHMARK_CAPTURE(MivoTrace, no_flush, false)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Spdlog, no_flush, false)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(MivoTrace, flush, true)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Spdlog, flush, true)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MivoTrace, no_flush, false)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Spdlog, no_flush, false)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(MivoTrace, flush, true)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Spdlog, flush, true)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   RateReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   for (const char* mode : {"no_flush", "flush"}) {
-    double mivo = reporter.rates[std::string("MivoTrace/") + mode + "/iterations:1"];
-    double spd = reporter.rates[std::string("Spdlog/") + mode + "/iterations:1"];
+    double mivo = reporter.rates[std::string("MivoTrace/") + mode + "/iterations:1/real_time"];
+    double spd = reporter.rates[std::string("Spdlog/") + mode + "/iterations:1/real_time"];
     if (mivo > 0 && spd > 0)
       std::printf("%-8s trace log %.0f lines/s, spdlog %.0f lines/s, trace/spdlog = %.2f\n", mode, mivo, spd, mivo / spd);
   }

@@ -19,7 +19,8 @@ MIVO_COMMON_API void InitCommonAppPath();
 
 namespace detail {
 // Platform half. 1 with the folder, 0 when the system names none, -1 when the shell
-// allocator is missing. csidl is 26 (roaming application data) or 35 (all users).
+// allocator is missing. csidl is 26 (roaming application data), 0x1C (local application
+// data) or 35 (all users).
 int GetShellFolder(int csidl, CString& folder);
 bool IsVistaOrLater();  // an NT system of major version 6 or later
 }  // namespace detail

@@ -147,7 +147,6 @@ int SaveFile(const CString& path, const std::string& data) {
       file.Write(data.data() + done, static_cast<UINT>(n));
       done += n;
     }
-    file.Flush();
     file.Close();
   } catch (CException* e) {
     e->Delete();

@@ -42,6 +42,19 @@ class TempDir {
     if (w.empty() || w.back() != L'\\') w.push_back(L'\\');
     return CString(w.c_str());
   }
+  // the native path of an absolute backslash path
+  static std::filesystem::path ToNative(const CString& absolute) {
+    std::wstring w = absolute.GetString();
+#if defined(_WIN32)
+    return std::filesystem::path(w);
+#else
+    for (auto& c : w)
+      if (c == L'\\') c = L'/';
+    std::string utf8;
+    toolkit::WideToUtf8(w.data(), w.size(), utf8);
+    return std::filesystem::path(utf8);
+#endif
+  }
   // the native path of a backslash path inside the folder
   std::filesystem::path NativeOf(const CString& relative) const {
     std::wstring w = relative.GetString();

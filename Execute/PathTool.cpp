@@ -1,0 +1,141 @@
+#include "Execute/PathTool.h"
+
+#include <chrono>
+#include <thread>
+
+#include "common/AppPath.h"
+#include "common/Conversion.h"
+#include "common/FileUtil.h"
+#include "common/Md5.h"
+#include "toolkit/FileFind.h"
+#include "toolkit/FileSystem.h"
+
+CString CPathTool::UpdateSourceFolder;
+
+namespace {
+
+CPathTool::CommandStarter& Starter() {
+  static CPathTool::CommandStarter starter = launcher_platform::StartHidden;
+  return starter;
+}
+
+CPathTool::Sleeper& SleeperFn() {
+  static CPathTool::Sleeper sleeper = [](int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); };
+  return sleeper;
+}
+
+bool IsDirectory(const CString& path) { return mivo::common::IsFolderExist(path); }
+
+void Debug(const CString& text) { toolkit::OutputDebugText(text); }
+
+}  // namespace
+
+void CPathTool::SetCommandStarter(CommandStarter starter) {
+  Starter() = starter ? std::move(starter) : CommandStarter(launcher_platform::StartHidden);
+}
+
+void CPathTool::SetSleeper(Sleeper sleeper) {
+  SleeperFn() = sleeper ? std::move(sleeper) : Sleeper([](int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); });
+}
+
+CString CPathTool::GetLauncherFolder() { return mivo::common::GetAppPath(); }
+
+CString CPathTool::GetSharedDataFolder() { return mivo::common::GetCommonAppDataPath(); }
+
+CString CPathTool::GetVirtualStoreFolder() {
+  if (!mivo::common::detail::IsVistaOrLater()) return CString();
+  CString local;
+  if (mivo::common::detail::GetShellFolder(0x1C, local) <= 0 || local.IsEmpty()) return CString();
+  CString shared = GetSharedDataFolder();
+  // the shared folder without its drive letter and colon
+  CString rest = (shared.GetLength() >= 2 && shared[1] == L':') ? shared.Mid(2) : shared;
+  CString result;
+  result.Format(L"%s\\VirtualStore%s", local.GetString(), rest.GetString());
+  return result;
+}
+
+CString CPathTool::GetUpdateFolder(bool create) { return GetUpdateFolderFor(GetLauncherFolder(), create); }
+
+CString CPathTool::GetUpdateFolderFor(const CString& launcher, bool create) {
+  if (!UpdateSourceFolder.IsEmpty()) return UpdateSourceFolder;
+  CString shared = GetSharedDataFolder();
+  if (shared.CompareNoCase(launcher) == 0) return shared;
+  std::string utf8 = mivo::common::CString2MBCS(launcher, 65001);
+  std::string digest = mivo::common::MakeMD5Value(utf8.data(), static_cast<unsigned int>(utf8.size()));
+  CString folder;
+  folder.Format(L"%sUpdate\\%S\\", shared.GetString(), digest.c_str());
+  if (create && !IsDirectory(folder)) {
+    CString parent = shared + L"Update\\";
+    if (!IsDirectory(parent)) toolkit::CreateFolder(parent);
+    toolkit::CreateFolder(folder);
+  }
+  return folder;
+}
+
+void CPathTool::EmptyFolderTree(const CString& path) { mivo::common::EmptyFolder(path, 1, 1); }
+
+void CPathTool::GrantEveryoneFullControl(const CString& path, bool thisFolderOnly) {
+  if (!IsDirectory(path)) return;
+  CString folder = path;
+  if (!folder.IsEmpty() && folder[folder.GetLength() - 1] == L'\\') folder = folder.Left(folder.GetLength() - 1);
+  CString parameters;
+  parameters.Format(thisFolderOnly ? L"\"%s\" /e /g everyone:F" : L"\"%s\" /e /t /g everyone:F", folder.GetString());
+  Starter()(L"cacls", L"open", parameters);
+}
+
+bool CPathTool::ProbeEveryoneFullControl(const CString& path) {
+  if (!IsDirectory(path)) return false;
+  CString parameters;
+  parameters.Format(L"/c cacls \"%s\" | findstr /i everyone:.*F > \"%sCaclsEveryOneFlag\"", path.GetString(),
+                    path.GetString());
+  Starter()(L"CMD.EXE", L"Open", parameters);
+  SleeperFn()(300);
+  std::string bytes;
+  // the exact, case-sensitive bytes, though findstr matched without regard to case
+  bool granted = mivo::common::LoadFile(path + L"CaclsEveryOneFlag", bytes) && bytes.find("Everyone:") != std::string::npos;
+  CString line;
+  line.Format(L"Path Cacls: EveryOne:.*F=%d, Path=%s", granted ? 1 : 0, path.GetString());
+  Debug(line);
+  return granted;
+}
+
+bool CPathTool::EnableFloderEveryOnePrivilegeForcely(const CString& path, bool thisFolderOnly) {
+  if (!IsDirectory(path)) return false;
+  bool everyone = false;
+  for (int round = 0; round < 5; ++round) {
+    if (ProbeEveryoneFullControl(path)) {
+      everyone = true;
+      break;
+    }
+    GrantEveryoneFullControl(path, thisFolderOnly);
+    SleeperFn()(200);
+  }
+  CString line;
+  line.Format(L"CPathTool::EnableFloderEveryOnePrivilegeForcely: bEveryOne=%d, path=%s\n", everyone ? 1 : 0,
+              path.GetString());
+  Debug(line);
+  return everyone;
+}
+
+bool CPathTool::EnableUpdatePathEveryOnePrivilegeForWin7() {
+  CString launcher = GetLauncherFolder();
+  CString shared = GetSharedDataFolder();
+  CString update = GetUpdateFolder(true);
+  if (update.CompareNoCase(launcher) == 0) return false;
+  Debug(L"CPathTool::EnableUpdatePathEveryOnePrivilegeForWin7: Win7 Processing...\n");
+  CString store = GetVirtualStoreFolder();
+  if (!store.IsEmpty() && IsDirectory(store)) EmptyFolderTree(store);
+  bool all = true;
+  for (const CString& folder : {shared, shared + L"Update\\", update, update + L"UpdateTemp\\", update + L"plugin\\"})
+    all = EnableFloderEveryOnePrivilegeForcely(folder, true) && all;
+  CFileFind finder;
+  BOOL more = finder.FindFile(update + L"plugin\\*.*");
+  while (more) {
+    more = finder.FindNextFile();
+    if (!finder.IsDirectory() || finder.IsDots()) continue;
+    CString plugin = finder.GetFilePath() + L"\\";
+    EnableFloderEveryOnePrivilegeForcely(plugin, true);
+    EnableFloderEveryOnePrivilegeForcely(plugin + L"UpdateTemp\\", true);
+  }
+  return all;
+}

@@ -1,0 +1,12 @@
+#include <windows.h>
+#include <shellapi.h>
+
+#include "Execute/PathTool.h"
+
+namespace launcher_platform {
+
+void StartHidden(const CString& file, const CString& verb, const CString& parameters) {
+  ShellExecuteW(nullptr, verb, file, parameters, nullptr, SW_HIDE);
+}
+
+}  // namespace launcher_platform

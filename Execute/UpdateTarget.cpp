@@ -1,0 +1,75 @@
+#include "Execute/UpdateTarget.h"
+
+#include "Execute/PathTool.h"
+#include "Execute/VersionManifest.h"
+#include "common/FileUtil.h"
+#include "common/MutiLanSupport.h"
+#include "toolkit/FileFind.h"
+#include "toolkit/FileSystem.h"
+
+namespace {
+
+CString LauncherFolderOr(const CString& folder) { return folder.IsEmpty() ? CPathTool::GetLauncherFolder() : folder; }
+
+CString LanguageOr(const CString& language) {
+  if (!language.IsEmpty()) return language;
+  CString inUse = CMutiLanSupport::GetInstance()->GetLangSetting().strLangInUse;
+  return inUse.IsEmpty() ? CString(g_szDefaultLang) : inUse;
+}
+
+// The launcher's own table is loaded once; a missing one is reported on the debugger output
+// only (the client's entry is then left out).
+bool EnsureLauncherStrings(const CString& launcherFolder) {
+  static CString loadedFrom;
+  if (!loadedFrom.IsEmpty() && loadedFrom.CompareNoCase(launcherFolder) == 0) return true;
+  CString path = launcherFolder + L"gdstrings.ini";
+  if (!mivo::common::IsFileExist(path) || !CMutiLanSupport::GetInstance()->LoadStringTable(path)) {
+    toolkit::OutputDebugText(L"Load gdstrings.ini failed!!!\n");
+    return false;
+  }
+  loadedFrom = launcherFolder;
+  return true;
+}
+
+}  // namespace
+
+void AddMainTarget(UpdateTargetList& list, const CString& launcherFolder) {
+  if (!EnsureLauncherStrings(LauncherFolderOr(launcherFolder))) return;
+  CMutiLanSupport* strings = CMutiLanSupport::GetInstance();
+  UpdateTarget target;
+  target.name = strings->GetStringViaID(L"STRID_EIM_NAME");
+  target.main = strings->GetStringViaID(L"STRID_EIM_MAIN");
+  target.isMain = 1;
+  target.firstFlag = 1;
+  target.secondFlag = 0;
+  list.push_back(target);
+}
+
+void ScanPluginConfigs(UpdateTargetList& list, const CString& launcherFolder, const CString& language) {
+  CString plugins = LauncherFolderOr(launcherFolder) + L"plugin\\";
+  CString code = LanguageOr(language);
+  CFileFind finder;
+  BOOL more = finder.FindFile(plugins + L"*.*");
+  while (more) {
+    more = finder.FindNextFile();
+    if (finder.IsDots() || !finder.IsDirectory()) continue;
+    PluginConfigFile config(finder.GetFilePath() + L"\\lang\\" + code + L"\\PluginConfig.xml");
+    if (!config.Read() || config.GetName().IsEmpty()) continue;
+    UpdateTarget target;
+    target.name = config.GetName();
+    target.main = config.GetDetail();
+    target.isMain = 0;
+    target.folder = finder.GetFileName();
+    list.push_back(target);
+  }
+}
+
+void AddPluginTargets(UpdateTargetList& list, const CString& launcherFolder, const CString& language) {
+  UpdateTargetList found;
+  ScanPluginConfigs(found, launcherFolder, language);
+  for (UpdateTarget target : found) {
+    target.firstFlag = 1;
+    target.secondFlag = 0;
+    list.push_back(target);
+  }
+}
