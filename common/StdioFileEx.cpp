@@ -93,9 +93,10 @@ BOOL CStdioFileEx::ReadMultiByteLine(CString& line) {
     if (bytes[count++] == '\n') break;
   }
   if (count == 0) return FALSE;
-  std::vector<wchar_t> wide(kLineBuffer);
-  GetUnicodeStringFromMultiByteString(bytes, wide.data(), kLineBuffer, static_cast<int>(m_nFileCodePage));
-  line = wide.data();
+  // As GetUnicodeStringFromMultiByteString into a 4096-character buffer would give (a
+  // piece of at most 4095 bytes never needs more), without clearing that buffer per line.
+  std::wstring wide;
+  if (DecodeMultiByte(ResolveCodePage(static_cast<int>(m_nFileCodePage)), bytes, wide)) line = wide.c_str();
   DropLineEnd(line);
   return TRUE;
 }

@@ -248,7 +248,18 @@ UINT CStdioFile::Read(void* buffer, UINT count) {
     m_bufferPos += n;
     done = static_cast<UINT>(n);
   }
-  if (done < count) done += CFile::Read(out + done, count - done);
+  if (done < count) {
+    if (count - done < 4096) {  // small reads go through the read-ahead
+      if (FillBuffer()) {
+        size_t n = m_buffer.size() < count - done ? m_buffer.size() : count - done;
+        std::memcpy(out + done, m_buffer.data(), n);
+        m_bufferPos = n;
+        done += static_cast<UINT>(n);
+      }
+    } else {
+      done += CFile::Read(out + done, count - done);
+    }
+  }
   return done;
 }
 

@@ -146,3 +146,32 @@ TEST(CStdioFile, BoundedReadKeepsTheLineFeedAndSplitsLongLines) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(CStdioFile, SmallReadsAndPositionsStayConsistentWithTheReadAhead) {
+  TempDir dir;
+  std::string bytes(10000, '\0');
+  for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>('a' + i % 26);
+  WriteBytes(dir.NativeOf(L"r.bin"), bytes);
+  CStdioFile f(dir.Path() + L"r.bin", CFile::modeReadWrite | CFile::typeBinary);
+  std::string got;
+  char c;
+  for (int i = 0; i < 5000; ++i) {
+    ASSERT_EQ(f.Read(&c, 1), 1u);
+    got.push_back(c);
+  }
+  EXPECT_EQ(got, bytes.substr(0, 5000));
+  EXPECT_EQ(f.GetPosition(), 5000u);
+  f.Write("!!", 2);  // lands where the reader stands, not at the end of the read-ahead
+  EXPECT_EQ(f.GetPosition(), 5002u);
+  char rest[8] = {};
+  EXPECT_EQ(f.Read(rest, 3), 3u);
+  EXPECT_EQ(std::string(rest, 3), bytes.substr(5002, 3));
+  f.Close();
+  std::string after = ReadBytes(dir.NativeOf(L"r.bin"));
+  EXPECT_EQ(after.substr(4999, 4), bytes.substr(4999, 1) + "!!" + bytes.substr(5002, 1));
+  EXPECT_EQ(after.size(), bytes.size());
+}
+
+}  // namespace
