@@ -5,8 +5,9 @@
 // Attribute values are read as code page 936 and written in the ANSI code page (0), so a file
 // written on a machine whose ANSI page is 936 reads back unchanged. Versions are opaque
 // strings: two are the same only when they are equal, case included.
-// Nothing here throws. A file that is missing or does not parse leaves a server or update-list
-// manifest as it was, leaves a local list empty, and makes the other readers return false.
+// Nothing here throws. A file that is missing, does not parse or nests elements more than 256
+// deep leaves a server or update-list manifest as it was, leaves a local list empty, and makes
+// the other readers return false.
 #include <map>
 
 #include "toolkit/CString.h"

@@ -1,5 +1,12 @@
-// Entry point of MivoStart.exe. The launcher's start-up arrives here later; for now the
-// program only has to start, carry the library's exports, and end.
+// Entry point of MivoStart.exe.
 #include <windows.h>
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) { return 0; }
+#include "Execute/StartApp.h"
+
+namespace {
+CStartApp theApp;
+}
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int showCommand) {
+  return theApp.Main(instance, commandLine, showCommand);
+}

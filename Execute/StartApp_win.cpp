@@ -1,0 +1,156 @@
+#include "Execute/StartApp.h"
+
+#include <shellapi.h>
+
+#include <vector>
+
+#include "Execute/CommandLineInfoEx.h"
+#include "Execute/NamedEvent.h"
+#include "Execute/PathTool.h"
+#include "Execute/ProcessLauncher.h"
+#include "Execute/UpdateCheck.h"
+#include "common/FileUtil.h"
+#include "common/MutiLanSupport.h"
+#include "common/Trace.h"
+#include "toolkit/FileSystem.h"
+
+namespace {
+
+const wchar_t kFormClass[] = L"TARNELL MIVO2006 StartHideWindowForm Form";
+
+void Debug(const CString& text) { OutputDebugStringW(text); }
+
+std::vector<CString> Tokens(const wchar_t* commandLine) {
+  std::vector<CString> tokens;
+  if (!commandLine || !*commandLine) return tokens;
+  int argc = 0;
+  // a leading program name makes CommandLineToArgvW split the rest like the runtime does
+  CString full = CString(L"MivoStart.exe ") + commandLine;
+  LPWSTR* argv = CommandLineToArgvW(full, &argc);
+  for (int i = 1; argv && i < argc; ++i) tokens.emplace_back(argv[i]);
+  if (argv) LocalFree(argv);
+  return tokens;
+}
+
+HWND CreateHiddenForm(HINSTANCE instance, const CString& title) {
+  WNDCLASSW wc = {};
+  wc.lpfnWndProc = DefWindowProcW;
+  wc.hInstance = instance;
+  wc.lpszClassName = kFormClass;
+  RegisterClassW(&wc);
+  return CreateWindowExW(0, kFormClass, title, 0x00CE0000, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
+}
+
+}  // namespace
+
+CStartApp::CStartApp() : m_reserved(1) {}
+
+BOOL CStartApp::InitInstance() {
+  // 1. one launcher at a time; a second one leaves without a word
+  if (!CreateNamedEventOnce(kStartRunningEvent)) return FALSE;
+  // 2-4. the command line
+  if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmdLineString is %s", m_lpCmdLine ? m_lpCmdLine : L"");
+  CCommandLineInfoEx info;
+  info.ParseCommandLine(Tokens(m_lpCmdLine));
+  bool silent = IsSilentLaunch(info);
+  // 5. where the update is staged
+  CString up, source;
+  if (info.Lookup(L"up", up) && !up.IsEmpty()) {
+    CPathTool::UpdateSourceFolder = up;
+    source = up;
+  } else {
+    source = CPathTool::GetUpdateFolder(false);
+    if (IsEmptyMarkerFile(source + L"SilentFlag")) CPathTool::UpdateSourceFolder = source;
+  }
+  // 6. stale shared data, unless "up" names the launcher's own folder
+  if (CPathTool::GetLauncherFolder().CompareNoCase(source) != 0) CleanSharedFolders(source);
+  // 7-8. strings and global state
+  CMutiLanSupport* strings = CMutiLanSupport::GetInstance();
+  strings->LoadLangSetting();
+  if (!InitGlobalStruct()) {
+    MessageBoxW(nullptr, strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT"),
+                strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION"), MB_ICONERROR);
+    return FALSE;
+  }
+  // 9. no arguments: straight to the launch decision
+  if (!m_lpCmdLine || !*m_lpCmdLine) {
+    if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmd string is empty");
+    RunLaunchDecision(silent, m_nCmdShow);
+    ReleaseNamedEvent(kStartRunningEvent);
+    return FALSE;
+  }
+  // 10. with arguments the running clients are asked first; until that exchange exists
+  // every start counts as "no client running" (user type 1)
+  m_pForm = CreateHiddenForm(m_hInstance, strings->GetStringViaID(L"STRID_SELECTED_USER_FORM_TITLE"));
+  int userType = 1;
+  if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance usertype is %d", userType);
+  RunLaunchDecision(silent, m_nCmdShow);
+  ReleaseNamedEvent(kStartRunningEvent);
+  return FALSE;
+}
+
+void CStartApp::CleanSharedFolders(const CString&) {
+  Debug(L"CStartApp::InitInstance(): Win7 Processing...\n");
+  CString store = CPathTool::GetVirtualStoreFolder();
+  if (!store.IsEmpty() && mivo::common::IsFolderExist(store)) {
+    Debug(L"CStartApp::InitInstance(): Empty Common AppData VirtualStore Folder: " + store + L"\n");
+    CPathTool::EmptyFolderTree(store);
+  }
+  CString shared = CPathTool::GetSharedDataFolder();
+  if (!shared.IsEmpty() && mivo::common::IsFolderExist(shared)) {
+    Debug(L"CStartApp::InitInstance(): Empty Common AppData Folder: " + shared + L"\n");
+    CPathTool::EmptyFolderTree(shared);
+    Sleep(200);
+    if (mivo::common::IsFolderExist(shared)) {
+      Debug(L"CStartApp::InitInstance(): Run as administrator to empty common appData folder: " + shared + L"\n");
+      CString parameters;
+      parameters.Format(L"/c rd \"%s\" /s /q", shared.GetString());
+      ShellExecuteW(nullptr, L"runas", L"CMD.EXE", parameters, nullptr, SW_HIDE);
+      Sleep(200);
+    }
+  }
+}
+
+int CStartApp::Run() {
+  LONG idle = 0;
+  MSG msg;
+  for (;;) {
+    while (!PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE) && OnIdle(idle++)) {
+    }
+    do {
+      if (!PumpMessage() || QuitRequested) return ExitInstance();
+      if (IsIdleMessage(&m_msgCur)) idle = 0;
+    } while (PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE));
+  }
+}
+
+int CStartApp::ExitInstance() {
+  if (m_pForm && IsWindow(m_pForm)) {
+    Debug(L"CMivoApp::ExitInstance() release main form...\n");
+    DestroyWindow(m_pForm);
+    m_pForm = nullptr;
+  }
+  FreeGlobalStruct();
+  return CWinApp::ExitInstance();
+}
+
+int InitGlobalStruct() {
+  // The module manager and the UI framework join here when they exist.
+  CString app = CPathTool::GetLauncherFolder();
+  CString temp;
+  temp.Format(L"%sTemp", app.GetString());
+  if (!mivo::common::IsFolderExist(temp)) toolkit::CreateFolder(temp);
+  toolkit::SetAttributes(temp, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+  CString users;
+  users.Format(L"%susers", app.GetString());
+  if (!mivo::common::IsFolderExist(users)) toolkit::CreateFolder(users);
+  return 1;
+}
+
+void FreeGlobalStruct() {
+  try {
+    mivo::common::EmptyFolder(CPathTool::GetLauncherFolder() + L"Temp", 0, 1);
+  } catch (...) {
+    OutputDebugStringW(L"-------------------FreeGlobalStruct exception");
+  }
+}

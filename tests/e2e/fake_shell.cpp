@@ -1,0 +1,39 @@
+// Stands in for the desktop shell: owns a top-level window of class "Progman", which the
+// launcher looks for before it starts the client, until the file named by the first argument
+// appears or two minutes pass. Hidden, so it works with Wine's null graphics driver.
+#include <windows.h>
+#include <shellapi.h>
+
+#include "record.h"
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int) {
+  int argc = 0;
+  wchar_t** argv = CommandLineToArgvW(GetCommandLineW(), &argc);
+  if (!argv || argc < 2) return 1;
+  const wchar_t* stopFile = argv[1];
+
+  WNDCLASSW windowClass = {};
+  windowClass.lpfnWndProc = DefWindowProcW;
+  windowClass.hInstance = instance;
+  windowClass.lpszClassName = L"Progman";
+  if (!RegisterClassW(&windowClass)) return 3;
+  HWND window = CreateWindowExW(0, L"Progman", L"Program Manager", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
+  if (!window) return 4;
+  if (!mivo_e2e::Record("shell-ready")) return 2;
+
+  const ULONGLONG deadline = GetTickCount64() + 120000;
+  bool stopped = false;
+  while (!stopped && GetTickCount64() < deadline) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    stopped = GetFileAttributesW(stopFile) != INVALID_FILE_ATTRIBUTES;
+  }
+  if (!stopped) mivo_e2e::Record("shell-timeout");
+  DestroyWindow(window);
+  LocalFree(argv);
+  return 0;
+}

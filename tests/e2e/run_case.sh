@@ -1,0 +1,173 @@
+#!/usr/bin/env bash
+# Runs the launcher once under Wine, in a throw-away installation folder and Wine prefix, with
+# helper programs standing in for the client, the update executor and the desktop shell, then
+# prints what the helpers recorded and the launcher's trace log.
+#
+# Usage: run_case.sh CASE [launcher arguments...]
+#
+# Environment:
+#   MIVO_START_EXE        the launcher, copied into the installation as MivoStart.exe
+#   MIVO_E2E_BIN          folder holding MyMivo.exe, UpdateExec.exe and fake_shell.exe
+#   MIVO_E2E_WORK         where cases live (default /tmp/mivo-e2e); <work>/<CASE>/ is wiped first
+#   MIVO_E2E_NO_SHELL=1   no "Progman" window during the run
+#   MIVO_E2E_SETUP        shell command run in the installation folder before the launcher
+#                         (string tables, start files, ...); CASE_DIR and WINEPREFIX are set
+#   MIVO_E2E_TIMEOUT      seconds the launcher may run (default 60)
+#   MIVO_E2E_IDLE_TIMEOUT seconds the prefix may take to go idle afterwards (default 60)
+#   MIVO_E2E_UPDATE_MS, MIVO_E2E_UPDATE_CRASH, MIVO_E2E_CLIENT_MS reach the helpers unchanged.
+#
+# Standard output, in this order:
+#   == launcher-exit <code>
+#   == record <file>          then the record lines: role TAB ms TAB pid TAB command line
+#   == trace <file>           then the file, for each logs/trace_log_*.txt of the installation
+#   == wine                   then whatever Wine printed, when it printed anything
+# The case folder stays for a look afterwards: install/, prefix/, record.txt, wine.log.
+#
+# Exit status: 0 when the run finished (whatever the launcher returned), 2 for a usage or set-up
+# error, 3 when the shell did not come up, 124 when the launcher or the prefix did not finish
+# in time.
+set -euo pipefail
+
+if [ $# -lt 1 ] || ! [[ $1 =~ ^[A-Za-z0-9][A-Za-z0-9._-]*$ ]] || [ "$1" = template-prefix ]; then
+  echo "usage: run_case.sh CASE [launcher arguments...]  (CASE: letters, digits, . _ -)" >&2
+  exit 2
+fi
+case_name=$1; shift
+: "${MIVO_START_EXE:?MIVO_START_EXE must name the launcher to run}"
+: "${MIVO_E2E_BIN:?MIVO_E2E_BIN must name the folder of the helper programs}"
+for f in "$MIVO_START_EXE" "$MIVO_E2E_BIN/MyMivo.exe" "$MIVO_E2E_BIN/UpdateExec.exe" "$MIVO_E2E_BIN/fake_shell.exe"; do
+  [ -f "$f" ] || { echo "run_case.sh: missing $f" >&2; exit 2; }
+done
+
+work=$(realpath -m "${MIVO_E2E_WORK:-/tmp/mivo-e2e}")
+template=$work/template-prefix
+case_dir=$work/$case_name
+prefix=$case_dir/prefix
+install=$case_dir/install
+record=$case_dir/record.txt
+winelog=$case_dir/wine.log
+stop_file=$case_dir/shell.stop
+
+wine=wine
+[ -x /usr/lib/wine/wine64 ] && wine=/usr/lib/wine/wine64
+export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+# Wine turns the arguments into a Windows command line with the Unix locale's code page.
+[ -n "${LC_ALL:-}" ] || export LC_ALL=C.UTF-8
+
+# Z: is the Unix root in every prefix; this saves starting Wine just to ask winepath.
+windows_path() { local p; p=$(realpath -m "$1"); printf 'Z:%s' "${p//\//\\}"; }
+now() { date +%s.%N; }
+elapsed() { awk -v a="$1" -v b="$(now)" 'BEGIN { printf "%.2f", b - a }'; }
+
+# One booted prefix, made once and copied for each case: booting takes far longer than a copy.
+mkdir -p "$work"
+(
+  flock 9
+  version=$("$wine" --version 2>/dev/null || echo unknown)
+  if [ "$(cat "$template/.mivo-ready" 2>/dev/null)" != "$version" ]; then
+    started=$(now)
+    rm -rf "$template"
+    mkdir -p "$template"
+    (
+      export WINEPREFIX=$template
+      "$wine" wineboot -i
+      # the null graphics driver: windows and messages work without a display
+      "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f
+      # a crash ends the process instead of waiting in winedbg
+      "$wine" reg delete 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /f || true
+      wineserver -w
+    ) </dev/null >"$work/template-prefix.log" 2>&1
+    echo "$version" >"$template/.mivo-ready"
+    echo "run_case.sh: template prefix booted in $(elapsed "$started") s" >&2
+  fi
+  if [ -d "$prefix" ]; then WINEPREFIX=$prefix wineserver -k </dev/null >/dev/null 2>&1 || true; fi
+  rm -rf "$case_dir"
+  mkdir -p "$case_dir"
+  started=$(now)
+  # Wine's binaries, nearly all of the prefix's 700 MB, are only ever read: hard links to them
+  # keep a case at a few MB. Everything else (registry, .ini files) is a real copy.
+  cp -al "$template" "$prefix"
+  (cd "$template" && find . -type f ! \( -iname '*.dll' -o -iname '*.exe' -o -iname '*.drv' -o -iname '*.sys' \
+    -o -iname '*.ocx' -o -iname '*.cpl' -o -iname '*.acm' -o -iname '*.ds' -o -iname '*.tlb' -o -iname '*.nls' \) \
+    -print0 | xargs -0 cp -p --parents --remove-destination -t "$prefix")
+  echo "run_case.sh: prefix copied in $(elapsed "$started") s" >&2
+) 9>"$work/template-prefix.lock"
+
+export WINEPREFIX=$prefix
+export MIVO_E2E_RECORD
+MIVO_E2E_RECORD=$(windows_path "$record")
+: >"$record"
+: >"$winelog"
+mkdir -p "$install"
+cp "$MIVO_START_EXE" "$install/MivoStart.exe"
+cp "$MIVO_E2E_BIN/MyMivo.exe" "$MIVO_E2E_BIN/UpdateExec.exe" "$install/"
+if [ -n "${MIVO_E2E_SETUP:-}" ]; then
+  (cd "$install" && CASE_DIR=$case_dir bash -c "$MIVO_E2E_SETUP") || { echo "run_case.sh: MIVO_E2E_SETUP failed" >&2; exit 2; }
+fi
+
+shell_pid=
+finished=0
+cleanup() {
+  if [ "$finished" = 1 ]; then return; fi
+  if [ -n "$shell_pid" ]; then kill "$shell_pid" 2>/dev/null || true; fi
+  wineserver -k </dev/null >/dev/null 2>&1 || true
+}
+trap cleanup EXIT
+
+# Every Wine process writes to the case's log, never to our standard output: a Wine service
+# holding a caller's pipe would keep ctest waiting.
+if [ "${MIVO_E2E_NO_SHELL:-}" != 1 ]; then
+  "$wine" "$MIVO_E2E_BIN/fake_shell.exe" "$(windows_path "$stop_file")" </dev/null >>"$winelog" 2>&1 &
+  shell_pid=$!
+  deadline=$((SECONDS + 60))
+  until grep -q '^shell-ready	' "$record"; do
+    if ! kill -0 "$shell_pid" 2>/dev/null || [ $SECONDS -ge $deadline ]; then
+      echo "run_case.sh: the fake shell did not come up" >&2
+      cat "$winelog" >&2
+      exit 3
+    fi
+    sleep 0.05
+  done
+fi
+
+status=0
+launcher_exit=0
+cd "$install"
+timeout -k 5 "${MIVO_E2E_TIMEOUT:-60}" "$wine" "$install/MivoStart.exe" "$@" </dev/null >>"$winelog" 2>&1 || launcher_exit=$?
+if [ "$launcher_exit" = 124 ] || [ "$launcher_exit" = 137 ]; then
+  echo "run_case.sh: the launcher did not end within ${MIVO_E2E_TIMEOUT:-60} s" >&2
+  status=124
+fi
+
+if [ -n "$shell_pid" ]; then
+  : >"$stop_file"
+  for _ in $(seq 100); do kill -0 "$shell_pid" 2>/dev/null || break; sleep 0.1; done
+  kill "$shell_pid" 2>/dev/null || true
+  wait "$shell_pid" 2>/dev/null || true
+  shell_pid=
+fi
+
+if [ $status = 0 ] && ! timeout "${MIVO_E2E_IDLE_TIMEOUT:-60}" wineserver -w </dev/null >/dev/null 2>&1; then
+  echo "run_case.sh: processes of the prefix still running after ${MIVO_E2E_IDLE_TIMEOUT:-60} s" >&2
+  status=124
+fi
+[ $status = 0 ] || wineserver -k </dev/null >/dev/null 2>&1 || true
+finished=1
+
+print_file() {
+  cat "$1"
+  if [ -s "$1" ] && [ -n "$(tail -c1 "$1")" ]; then echo; fi
+}
+echo "== launcher-exit $launcher_exit"
+echo "== record $record"
+print_file "$record"
+for trace in "$install"/logs/trace_log_*.txt; do
+  [ -f "$trace" ] || continue
+  echo "== trace $trace"
+  print_file "$trace"
+done
+if [ -s "$winelog" ]; then
+  echo "== wine"
+  print_file "$winelog"
+fi
+exit $status
