@@ -16,6 +16,7 @@ if [ ! -f "$prefix/.mivo-ready" ]; then
       "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
       # a crash ends the process instead of waiting in winedbg
       "$wine" reg delete 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /f >/dev/null 2>&1 || true
+      "$wine" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 || true
 
       touch "$prefix/.mivo-ready"
     fi

@@ -2,6 +2,7 @@
 // launcher looks for before it starts the client, until the file named by the first argument
 // appears or two minutes pass. Hidden, so it works with Wine's null graphics driver.
 #include <windows.h>
+// after windows.h, which it needs
 #include <shellapi.h>
 
 #include "record.h"
@@ -17,7 +18,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int) {
   windowClass.hInstance = instance;
   windowClass.lpszClassName = L"Progman";
   if (!RegisterClassW(&windowClass)) return 3;
-  HWND window = CreateWindowExW(0, L"Progman", L"Program Manager", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
+  HWND window =
+      CreateWindowExW(0, L"Progman", L"Program Manager", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
   if (!window) return 4;
   if (!mivo_e2e::Record("shell-ready")) return 2;
 

@@ -9,7 +9,8 @@ namespace {
 
 [[noreturn]] void Crash() {
   // A real access violation, not abort(): the runtime's abort may show a message box that
-  // nobody closes under Wine. No fault dialog either, so nothing waits for a click.
+  // nobody closes. No Windows fault dialog either; the harness's Wine prefix runs winedbg
+  // without its crash dialog.
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   *static_cast<volatile int*>(nullptr) = 0;
   TerminateProcess(GetCurrentProcess(), 0xC0000005);

@@ -45,14 +45,15 @@ inline DWORD EnvMs(const wchar_t* name, DWORD fallback) {
 inline bool Record(const char* role) {
   std::wstring path = Env(L"MIVO_E2E_RECORD");
   if (path.empty()) return false;
-  std::string line = std::string(role) + '\t' + std::to_string(NowMs()) + '\t' +
-                     std::to_string(GetCurrentProcessId()) + '\t' + Utf8(GetCommandLineW()) + '\n';
+  std::string line = std::string(role) + '\t' + std::to_string(NowMs()) + '\t' + std::to_string(GetCurrentProcessId()) +
+                     '\t' + Utf8(GetCommandLineW()) + '\n';
   for (int attempt = 0; attempt < 500; ++attempt) {
     HANDLE file = CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                               nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
       DWORD error = GetLastError();
-      if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION && error != ERROR_ACCESS_DENIED) return false;
+      if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION && error != ERROR_ACCESS_DENIED)
+        return false;
       Sleep(10);
       continue;
     }

@@ -33,8 +33,10 @@ if [ $# -lt 1 ] || ! [[ $1 =~ ^[A-Za-z0-9][A-Za-z0-9._-]*$ ]] || [ "$1" = templa
   exit 2
 fi
 case_name=$1; shift
-: "${MIVO_START_EXE:?MIVO_START_EXE must name the launcher to run}"
-: "${MIVO_E2E_BIN:?MIVO_E2E_BIN must name the folder of the helper programs}"
+if [ -z "${MIVO_START_EXE:-}" ] || [ -z "${MIVO_E2E_BIN:-}" ]; then
+  echo "run_case.sh: MIVO_START_EXE must name the launcher and MIVO_E2E_BIN the helpers' folder" >&2
+  exit 2
+fi
 for f in "$MIVO_START_EXE" "$MIVO_E2E_BIN/MyMivo.exe" "$MIVO_E2E_BIN/UpdateExec.exe" "$MIVO_E2E_BIN/fake_shell.exe"; do
   [ -f "$f" ] || { echo "run_case.sh: missing $f" >&2; exit 2; }
 done
@@ -63,7 +65,8 @@ elapsed() { awk -v a="$1" -v b="$(now)" 'BEGIN { printf "%.2f", b - a }'; }
 mkdir -p "$work"
 (
   flock 9
-  version=$("$wine" --version 2>/dev/null || echo unknown)
+  # rebuilt when Wine changes or the settings below do
+  version="$("$wine" --version 2>/dev/null || echo unknown) settings-2"
   if [ "$(cat "$template/.mivo-ready" 2>/dev/null)" != "$version" ]; then
     started=$(now)
     rm -rf "$template"
@@ -73,8 +76,10 @@ mkdir -p "$work"
       "$wine" wineboot -i
       # the null graphics driver: windows and messages work without a display
       "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f
-      # a crash ends the process instead of waiting in winedbg
+      # a crash ends the process instead of waiting in winedbg; without a Debugger value Wine
+      # still runs winedbg --auto, which then ends the process without its crash dialog
       "$wine" reg delete 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /f || true
+      "$wine" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f
       wineserver -w
     ) </dev/null >"$work/template-prefix.log" 2>&1
     echo "$version" >"$template/.mivo-ready"

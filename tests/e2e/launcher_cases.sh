@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# End-to-end cases of the launcher under Wine, each in its own installation and prefix
+# (run_case.sh), asserting on what the stand-in client, update executor and shell recorded.
+# Usage: launcher_cases.sh [CASE...]   (all cases when none is named)
+set -uo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+resources=$(cd "$here/../../resources" && pwd)
+: "${MIVO_START_EXE:?}" "${MIVO_E2E_BIN:?}"
+work=$(realpath -m "${MIVO_E2E_WORK:-/tmp/mivo-e2e}")
+token='/sf "5C1D7E20-94AB-4f63-8E2D-17B0C3A9F456"'
+failures=0
+out=
+
+fail() { echo "FAIL [$current]: $*"; failures=$((failures + 1)); }
+winpath() { local p; p=$(realpath -m "$1"); printf 'Z:%s' "${p//\//\\}"; }
+# the command lines of one role, in the order recorded
+lines_of() { printf '%s\n' "$out" | awk -F'\t' -v r="$1" 'f && $1 == r { print $4 } /^== record /{f=1} /^== trace /{f=0}'; }
+times_of() { printf '%s\n' "$out" | awk -F'\t' -v r="$1" 'f && $1 == r { print $2 } /^== record /{f=1} /^== trace /{f=0}'; }
+count_of() { lines_of "$1" | grep -c . ; }
+has_trace() { printf "%s\n" "$out" | grep -qF -- "$1" || fail "trace lacks: $1"; }
+run() {  # run CASE [args...]
+  out=$("$here/run_case.sh" "$@" 2>&1)
+  local rc=$?
+  [ $rc = 0 ] || fail "run_case.sh exited $rc: $out"
+}
+
+# A pending plug-in-free client update staged in <install>/staged/, named with /up.
+stage_update='mkdir -p staged/UpdateTemp && : > staged/UpdateTemp/UpdateFlag && printf "%s" "<Mivo><Module name=\"MyMivo.exe\" version=\"2\" group=\"core\" oldversion=\"1\" currentversion=\"1\"/></Mivo>" > staged/UpdateTemp/StaticUpdateVersion.xml'
+strings="cp '$resources/lang/en_US/gdstrings.ini' gdstrings.ini"
+
+case_no_arguments() {
+  MIVO_E2E_SETUP="$strings" run "$current"
+  [ "$(count_of client)" = 1 ] || fail "expected one client start, got $(count_of client)"
+  [ "$(lines_of client)" = "MyMivo.exe $token " ] || fail "client command line: [$(lines_of client)]"
+  [ "$(count_of update)" = 0 ] || fail "the update executor ran"
+  has_trace "CStartApp::InitInstance cmdLineString is "
+  has_trace "CStartApp::InitInstance cmd string is empty"
+  has_trace "listRecoverComponentData size is 0,listUpdateComponentData size is 0, bSilent is 0"
+  has_trace "StartLoadMivo"
+}
+
+case_pending_update_runs_the_executor_first() {
+  local staged
+  staged="$(winpath "$work/$current/install/staged")\\"
+  MIVO_E2E_UPDATE_MS=1500 MIVO_E2E_SETUP="$strings; $stage_update" run "$current" /up "$staged"
+  [ "$(count_of update)" = 1 ] || fail "expected one update executor run, got $(count_of update)"
+  local exec_line; exec_line=$(lines_of update)
+  case "$exec_line" in
+    *"UpdateExec.exe\" $token /up $staged /hky \"S-1-5-21-"*"\"") ;;
+    *) fail "update executor command line: [$exec_line]" ;;
+  esac
+  [ "$(count_of update-event-seen)" = 1 ] || fail "the executor did not see the executed event"
+  [ "$(lines_of client)" = "MyMivo.exe $token /up $staged" ] || fail "client command line: [$(lines_of client)]"
+  local ended started
+  ended=$(times_of update-end); started=$(times_of client)
+  [ -n "$ended" ] && [ -n "$started" ] && [ "$started" -ge "$ended" ] || fail "client ($started) before the executor ended ($ended)"
+  has_trace "listRecoverComponentData size is 1,listUpdateComponentData size is 0, bSilent is 0"
+  has_trace "do StartLoadUpdateExecEx"
+}
+
+case_silent_start_skips_the_update() {
+  local staged
+  staged="$(winpath "$work/$current/install/staged")\\"
+  MIVO_E2E_SETUP="$strings; $stage_update" run "$current" /up "$staged" /pluginapp chat /port 80 /uid 7 /key k
+  [ "$(count_of update)" = 0 ] || fail "the update executor ran on a silent start"
+  [ "$(lines_of client)" = "MyMivo.exe $token /up $staged /pluginapp chat /port 80 /uid 7 /key k" ] ||
+    fail "client command line: [$(lines_of client)]"
+  has_trace "bSilent is 1"
+}
+
+case_crashing_executor_still_starts_the_client() {
+  local staged
+  staged="$(winpath "$work/$current/install/staged")\\"
+  MIVO_E2E_UPDATE_CRASH=1 MIVO_E2E_SETUP="$strings; $stage_update" run "$current" /up "$staged"
+  [ "$(count_of update)" = 1 ] || fail "expected the executor to start"
+  [ "$(count_of update-end)" = 0 ] || fail "the executor was meant to crash"
+  [ "$(count_of client)" = 1 ] || fail "the client did not start after the crash"
+}
+
+case_nothing_starts_without_a_desktop_shell() {
+  MIVO_E2E_NO_SHELL=1 MIVO_E2E_SETUP="$strings" run "$current"
+  [ "$(count_of client)" = 0 ] || fail "the client started without a Progman window"
+  has_trace "StartLoadMivo"
+}
+
+case_missing_client_ends_quietly() {
+  MIVO_E2E_SETUP="$strings; rm MyMivo.exe" run "$current"
+  [ "$(count_of client)" = 0 ] || fail "a client was recorded"
+  printf '%s\n' "$out" | grep -q '^== launcher-exit 0$' || fail "the launcher did not end normally"
+  has_trace "StartLoadMivo"
+}
+
+all=$(declare -F | awk '{print $3}' | grep '^case_' | sed 's/^case_//')
+for current in ${@:-$all}; do
+  "case_$current"
+  [ "$failures" = 0 ] && echo "ok   [$current]"
+done
+[ "$failures" = 0 ] || { echo "$failures failure(s)"; exit 1; }
