@@ -90,6 +90,34 @@ case_missing_client_ends_quietly() {
   has_trace "StartLoadMivo"
 }
 
+# While the first launcher waits on a five-second update, twenty more start at once: all
+# leave silently, so there is one executor run and one client start in all.
+case_concurrent_launchers_leave_silently() {
+  local staged dir="$work/$current"
+  staged="$(winpath "$dir/install/staged")\\"
+  (
+    export WINEPREFIX="$dir/prefix" WINEDEBUG=-all MIVO_E2E_RECORD
+    MIVO_E2E_RECORD=$(winpath "$dir/record.txt")
+    wine=wine; [ -x /usr/lib/wine/wine64 ] && wine=/usr/lib/wine/wine64
+    for _ in $(seq 600); do grep -q '^update	' "$dir/record.txt" 2>/dev/null && break; sleep 0.05; done
+    pids=()
+    for i in $(seq 20); do
+      (cd "$dir/install" && timeout 60 "$wine" "$dir/install/MivoStart.exe" </dev/null >/dev/null 2>&1; echo $? >"$dir/extra.$i") &
+      pids+=($!)
+    done
+    wait "${pids[@]}"
+  ) &
+  local extra=$!
+  MIVO_E2E_UPDATE_MS=5000 MIVO_E2E_SETUP="$strings; $stage_update" run "$current" /up "$staged"
+  wait $extra
+  [ "$(count_of update)" = 1 ] || fail "expected one executor run, got $(count_of update)"
+  [ "$(count_of client)" = 1 ] || fail "expected one client start, got $(count_of client)"
+  local i
+  for i in $(seq 20); do [ "$(cat "$dir/extra.$i" 2>/dev/null)" = 0 ] || fail "extra launcher $i ended with $(cat "$dir/extra.$i" 2>/dev/null)"; done
+  local starts; starts=$(printf '%s\n' "$out" | grep -c 'CStartApp::InitInstance cmdLineString')
+  [ "$starts" = 1 ] || fail "the extra launchers traced ($starts start-up lines)"
+}
+
 all=$(declare -F | awk '{print $3}' | grep '^case_' | sed 's/^case_//')
 for current in ${@:-$all}; do
   "case_$current"

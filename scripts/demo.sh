@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Runs MivoStart.exe under Wine on a sample installation, twice: once with a plug-in update
+# pending, once after it is done, and tells what happened each time.
+set -euo pipefail
+here=$(cd "$(dirname "$0")/.." && pwd)
+bin=$here/build/windows
+export MIVO_START_EXE=$bin/bin/MivoStart.exe MIVO_E2E_BIN=$bin/e2e-bin
+export MIVO_E2E_WORK=${MIVO_DEMO_WORK:-${TMPDIR:-/tmp}/mivo-demo}
+export MIVO_E2E_UPDATE_MS=1500
+
+# The sample installation: the launcher's English strings and language setting, a chat
+# plug-in, and an update staged for it in install\staged\ (the folder /up names).
+layout='cp "'$here'/resources/lang/en_US/gdstrings.ini" gdstrings.ini
+printf "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\r\n<LangSetting lang=\"en_US\">\r\n<SelectedLang />\r\n</LangSetting>\r\n" > lang.xml
+mkdir -p plugin/chat/lang/en_US staged/plugin/chat/UpdateTemp
+printf "<Plugin-Config><Update url=\"http://example.invalid/chat\"/><Info name=\"Chat\" detail=\"chat.dll\" id=\"42\"/></Plugin-Config>" > plugin/chat/lang/en_US/PluginConfig.xml
+printf "<Mivo><VersionDetail detail=\"Chat 2.0: faster message history\"/><Module name=\"chat.dll\" version=\"2.0\" group=\"common\" oldversion=\"1.0\" currentversion=\"%s\"/></Mivo>" "$CURRENT" > staged/plugin/chat/UpdateTemp/StaticUpdateVersion.xml
+[ "$PENDING" = 1 ] && : > staged/plugin/chat/UpdateTemp/UpdateFlag || true'
+
+tell() {  # prints in plain words what one run's output says
+  awk -F'\t' '
+    /^== launcher-exit/ { printf "  MivoStart.exe ended with exit code %s.\n", $0 ~ /0$/ ? 0 : substr($0, 18) }
+    /^== record/ { rec = 1; next }
+    /^== trace/ { rec = 0; print "  The trace log says:"; next }
+    /^== wine/ { rec = 0; skip = 1; next }
+    rec && $1 == "update" { printf "  The update executor started:  %s\n", $4 }
+    rec && $1 == "update-end" { print "  The update executor finished." }
+    rec && $1 == "client" { printf "  The client started:           %s\n", $4 }
+    !rec && !skip && /^\[/ { printf "    %s\n", $0 }
+  '
+}
+
+staged() { local p; p=$(realpath -m "$MIVO_E2E_WORK/$1/install/staged"); printf 'Z:%s\\' "${p//\//\\}"; }
+
+echo "== Run 1: the chat plug-in has an update pending (marker present, chat.dll still at 1.0)"
+PENDING=1 CURRENT=1.0 MIVO_E2E_SETUP="$layout" "$here/tests/e2e/run_case.sh" run1 /up "$(staged run1)" | tell
+echo
+echo "== Run 2: the update is done (no marker, chat.dll at 2.0)"
+PENDING=0 CURRENT=2.0 MIVO_E2E_SETUP="$layout" "$here/tests/e2e/run_case.sh" run2 /up "$(staged run2)" | tell
+echo
+echo "Installations and records stay in $MIVO_E2E_WORK for a closer look."
