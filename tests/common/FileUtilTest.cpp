@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "common/FileUtil.h"
+#include "support/Files.h"
 #include "support/TempDir.h"
 #include "toolkit/File.h"
 #include "toolkit/FileSystem.h"
@@ -15,16 +16,13 @@
 
 namespace mc = mivo::common;
 namespace fs = std::filesystem;
+using testing_support::Read;
 using testing_support::TempDir;
+using testing_support::Write;
 
 namespace {
 
-void Write(const fs::path& p, const std::string& bytes) { std::ofstream(p, std::ios::binary) << bytes; }
 
-std::string Read(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 TEST(FileTests, ExistenceAndSize) {
   TempDir dir;

@@ -10,24 +10,19 @@
 #include <vector>
 
 #include "common/StdioFileEx.h"
+#include "support/Files.h"
 #include "support/TempDir.h"
 #include "toolkit/CodePage.h"
 
 namespace {
 
+using testing_support::Read;
 using testing_support::TempDir;
+using testing_support::Write;
 
 const std::string kMark = "\xFF\xFE";
 
-std::string ReadBytes(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
-void WriteBytes(const std::filesystem::path& p, const std::string& bytes) {
-  std::ofstream out(p, std::ios::binary);
-  out << bytes;
-}
 
 std::string Utf16Le(std::u16string_view text) {
   std::string bytes;
@@ -58,8 +53,8 @@ std::vector<CString> ReadAll(CStdioFileEx& file) {
 TEST(StdioFileEx, TextModeOnMarkedFileSwitchesToBinaryAndReadsUtf16) {
   TempDir dir;
   CString path = dir.Path() + L"unicode.txt";
-  WriteBytes(dir.NativeOf(L"unicode.txt"), kMark + Utf16Le(u"first\r\n\u4e2d\u6587\u00e9\r\n\n\U0001F600 last"));
-  WriteBytes(dir.NativeOf(L"mark.txt"), kMark);
+  Write(dir.NativeOf(L"unicode.txt"), kMark + Utf16Le(u"first\r\n\u4e2d\u6587\u00e9\r\n\n\U0001F600 last"));
+  Write(dir.NativeOf(L"mark.txt"), kMark);
 
   ProbeFile file;
   ASSERT_TRUE(file.Open(path, CFile::modeRead | CFile::typeText));
@@ -84,7 +79,7 @@ TEST(StdioFileEx, TextModeOnMarkedFileSwitchesToBinaryAndReadsUtf16) {
 TEST(StdioFileEx, FlagRuleTestsOnlyTextModeReading) {
   TempDir dir;
   CString path = dir.Path() + L"u.txt";
-  WriteBytes(dir.NativeOf(L"u.txt"), kMark + Utf16Le(u"x"));
+  Write(dir.NativeOf(L"u.txt"), kMark + Utf16Le(u"x"));
   ProbeFile file;
   struct Row {
     UINT flags;
@@ -111,7 +106,7 @@ TEST(StdioFileEx, FlagRuleTestsOnlyTextModeReading) {
   ASSERT_TRUE(file.Open(path, CFile::modeRead | CFile::typeText));
   EXPECT_TRUE(file.IsUnicodeText());
   // a file without the mark keeps text mode and clears the earlier answer
-  WriteBytes(dir.NativeOf(L"a.txt"), "plain");
+  Write(dir.NativeOf(L"a.txt"), "plain");
   ASSERT_TRUE(file.Open(dir.Path() + L"a.txt", CFile::modeRead | CFile::typeText));
   EXPECT_FALSE(file.IsUnicodeText());
   EXPECT_EQ(file.Flags(), static_cast<UINT>(CFile::modeRead | CFile::typeText));
@@ -119,8 +114,8 @@ TEST(StdioFileEx, FlagRuleTestsOnlyTextModeReading) {
 
 TEST(StdioFileEx, UnmarkedFileReadsMultiByteInTheChosenCodePage) {
   TempDir dir;
-  WriteBytes(dir.NativeOf(L"gbk.txt"), "\xbb\xb6\xd3\xad\xca\xb9\xd3\xc3 MIVO\r\nsecond\nno end");
-  WriteBytes(dir.NativeOf(L"utf8.txt"), "\xe4\xb8\xad\xe6\x96\x87\r\n\xf0\x9f\x98\x80");
+  Write(dir.NativeOf(L"gbk.txt"), "\xbb\xb6\xd3\xad\xca\xb9\xd3\xc3 MIVO\r\nsecond\nno end");
+  Write(dir.NativeOf(L"utf8.txt"), "\xe4\xb8\xad\xe6\x96\x87\r\n\xf0\x9f\x98\x80");
 
   ProbeFile gbk;
   gbk.SetCodePage(936);
@@ -134,7 +129,7 @@ TEST(StdioFileEx, UnmarkedFileReadsMultiByteInTheChosenCodePage) {
   EXPECT_EQ(ReadAll(utf8), (std::vector<CString>{L"\u4e2d\u6587", L"\U0001F600"}));
 
   // a long line arrives in pieces of at most 4095 bytes
-  WriteBytes(dir.NativeOf(L"long.txt"), std::string(5000, 'x') + "\r\nend\n");
+  Write(dir.NativeOf(L"long.txt"), std::string(5000, 'x') + "\r\nend\n");
   ASSERT_TRUE(utf8.Open(dir.Path() + L"long.txt", CFile::modeRead | CFile::typeText));
   EXPECT_EQ(ReadAll(utf8), (std::vector<CString>{CString(L'x', 4095), CString(L'x', 905), L"end"}));
 }
@@ -149,7 +144,7 @@ TEST(StdioFileEx, UnicodeWritingPutsTheMarkOnlyAtTheStart) {
     file.WriteString(L"\U0001F600\r\n");
   }
   const std::string first = kMark + Utf16Le(u"a\u4e2d\U0001F600\r\n");
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"out.txt")), first);
+  EXPECT_EQ(Read(dir.NativeOf(L"out.txt")), first);
   {
     CStdioFileEx file;
     ASSERT_TRUE(file.Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite | CFile::typeBinary |
@@ -157,7 +152,7 @@ TEST(StdioFileEx, UnicodeWritingPutsTheMarkOnlyAtTheStart) {
     file.SeekToEnd();
     file.WriteString(L"b");
   }
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"out.txt")), first + Utf16Le(u"b"));
+  EXPECT_EQ(Read(dir.NativeOf(L"out.txt")), first + Utf16Le(u"b"));
 
   CStdioFileEx reader(path, CFile::modeRead | CFile::typeText);
   EXPECT_EQ(ReadAll(reader), (std::vector<CString>{L"a\u4e2d\U0001F600", L"b"}));
@@ -176,18 +171,18 @@ TEST(StdioFileEx, MultiByteWritingConvertsWithoutTerminator) {
     CStdioFileEx ansi(dir.Path() + L"ansi.txt", CFile::modeCreate | CFile::modeWrite);
     ansi.WriteString(L"\u00e9t\u00e9");
   }
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"gbk.txt")), "\xbb\xb6\xd3\xad MIVO\n");
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"1252.txt")), "caf\xe9 #?");
+  EXPECT_EQ(Read(dir.NativeOf(L"gbk.txt")), "\xbb\xb6\xd3\xad MIVO\n");
+  EXPECT_EQ(Read(dir.NativeOf(L"1252.txt")), "caf\xe9 #?");
   // the default code page is the ANSI one
   std::string ansi;
   ASSERT_TRUE(toolkit::WideToMultiByte(toolkit::GetAnsiCodePage(), L"\u00e9t\u00e9", 3, ansi));
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"ansi.txt")), ansi);
+  EXPECT_EQ(Read(dir.NativeOf(L"ansi.txt")), ansi);
 }
 
 TEST(StdioFileEx, CharCountHalvesUnicodeAfterTheMark) {
   TempDir dir;
-  WriteBytes(dir.NativeOf(L"u.txt"), kMark + Utf16Le(u"abcd"));
-  WriteBytes(dir.NativeOf(L"m.txt"), "abcdefg");
+  Write(dir.NativeOf(L"u.txt"), kMark + Utf16Le(u"abcd"));
+  Write(dir.NativeOf(L"m.txt"), "abcdefg");
   CStdioFileEx file;
   EXPECT_EQ(file.GetCharCount(), 0u);
   ASSERT_TRUE(file.Open(dir.Path() + L"u.txt", CFile::modeRead | CFile::typeText));
@@ -203,7 +198,7 @@ TEST(StdioFileEx, IsFileUnicodeWantsExactlyFFFE) {
   const std::pair<std::string, bool> rows[] = {{"", false},         {"\xFF", false},     {kMark, true},
                                                {kMark + "x", true}, {"\xFE\xFF", false}, {"\xEF\xBB\xBFx", false}};
   for (const auto& [bytes, unicode] : rows) {
-    WriteBytes(dir.NativeOf(L"f"), bytes);
+    Write(dir.NativeOf(L"f"), bytes);
     EXPECT_EQ(CStdioFileEx::IsFileUnicode(dir.Path() + L"f"), unicode) << bytes.size() << " bytes";
   }
   EXPECT_FALSE(CStdioFileEx::IsFileUnicode(dir.Path() + L"missing"));

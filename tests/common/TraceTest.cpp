@@ -9,17 +9,16 @@
 #include <vector>
 
 #include "common/Trace.h"
+#include "support/Files.h"
 #include "support/TempDir.h"
 
 namespace fs = std::filesystem;
+using testing_support::Read;
 using testing_support::TempDir;
+using testing_support::Write;
 
 namespace {
 
-std::string Read(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 std::string Today() {
   std::time_t now = std::time(nullptr);

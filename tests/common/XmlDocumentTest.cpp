@@ -7,19 +7,17 @@
 
 #include "common/Conversion.h"
 #include "common/XmlDocument.h"
+#include "support/Files.h"
 #include "support/TempDir.h"
 #include "toolkit/CodePage.h"
 
 namespace fs = std::filesystem;
+using testing_support::Read;
 using testing_support::TempDir;
+using testing_support::Write;
 
 namespace {
 
-void Write(const fs::path& p, const std::string& bytes) { std::ofstream(p, std::ios::binary) << bytes; }
-std::string Read(const fs::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 TEST(XmlPaths, WalkFindsFirstMatchesAndStopsAtTheFirstMiss) {
   CXmlDocument doc;

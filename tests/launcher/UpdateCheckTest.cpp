@@ -5,17 +5,16 @@
 #include "Execute/UpdateCheck.h"
 #include "Execute/VersionManifest.h"
 #include "common/MutiLanSupport.h"
+#include "support/Files.h"
 #include "support/TempDir.h"
 
 namespace fs = std::filesystem;
+using testing_support::Read;
 using testing_support::TempDir;
+using testing_support::Write;
 
 namespace {
 
-void Write(const fs::path& p, const std::string& bytes) {
-  fs::create_directories(p.parent_path());
-  std::ofstream(p, std::ios::binary) << bytes;
-}
 
 ModuleVersionRecord Module(const wchar_t* name, const wchar_t* group, const wchar_t* oldv, const wchar_t* cur,
                            const wchar_t* target) {

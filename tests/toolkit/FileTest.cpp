@@ -6,22 +6,17 @@
 #include <iterator>
 #include <string>
 
+#include "support/Files.h"
 #include "support/TempDir.h"
 #include "toolkit/File.h"
 
 namespace {
 
+using testing_support::Read;
 using testing_support::TempDir;
+using testing_support::Write;
 
-std::string ReadBytes(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
-void WriteBytes(const std::filesystem::path& p, const std::string& bytes) {
-  std::ofstream out(p, std::ios::binary);
-  out << bytes;
-}
 
 TEST(CFile, CreateWriteSeekReadWithNonAsciiName) {
   TempDir dir;
@@ -42,21 +37,21 @@ TEST(CFile, CreateWriteSeekReadWithNonAsciiName) {
     f.Close();
     EXPECT_FALSE(f.IsOpen());
   }
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"\u6587\u4ef6 file.bin")), "hello");
+  EXPECT_EQ(Read(dir.NativeOf(L"\u6587\u4ef6 file.bin")), "hello");
 }
 
 TEST(CFile, NoTruncateKeepsAndCreateTruncates) {
   TempDir dir;
-  WriteBytes(dir.NativeOf(L"a.txt"), "12345");
+  Write(dir.NativeOf(L"a.txt"), "12345");
   CString path = dir.Path() + L"a.txt";
   {
     CFile f(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite);
     f.SeekToEnd();
     f.Write("6", 1);
   }
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"a.txt")), "123456");
+  EXPECT_EQ(Read(dir.NativeOf(L"a.txt")), "123456");
   { CFile f(path, CFile::modeCreate | CFile::modeWrite); }
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"a.txt")), "");
+  EXPECT_EQ(Read(dir.NativeOf(L"a.txt")), "");
 }
 
 TEST(CFile, FailuresReportTheCause) {
@@ -81,11 +76,11 @@ TEST(CFile, FailuresReportTheCause) {
 
 TEST(CFile, RemoveAndRename) {
   TempDir dir;
-  WriteBytes(dir.NativeOf(L"x"), "x");
-  WriteBytes(dir.NativeOf(L"y"), "y");
+  Write(dir.NativeOf(L"x"), "x");
+  Write(dir.NativeOf(L"y"), "y");
   EXPECT_RAISES(CFile::Rename(dir.Path() + L"x", dir.Path() + L"y"), CFileException);  // no replacing
   CFile::Rename(dir.Path() + L"x", dir.Path() + L"z");
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"z")), "x");
+  EXPECT_EQ(Read(dir.NativeOf(L"z")), "x");
   CFile::Remove(dir.Path() + L"z");
   EXPECT_FALSE(std::filesystem::exists(dir.NativeOf(L"z")));
   EXPECT_RAISES(CFile::Remove(dir.Path() + L"z"), CFileException);
@@ -99,7 +94,7 @@ TEST(CStdioFile, TextModeReadsLinesInTheAnsiPageAndWritesCrLf) {
     f.WriteString(L"one\ntwo\n");
     f.WriteString(L"three");
   }
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"t.txt")), "one\r\ntwo\r\nthree");
+  EXPECT_EQ(Read(dir.NativeOf(L"t.txt")), "one\r\ntwo\r\nthree");
   CStdioFile f;
   ASSERT_TRUE(f.Open(path, CFile::modeRead | CFile::typeText));
   CString line;
@@ -121,7 +116,7 @@ TEST(CStdioFile, BinaryModeIsUtf16Units) {
     CStdioFile f(path, CFile::modeCreate | CFile::modeWrite | CFile::typeBinary);
     f.WriteString(text.c_str());
   }
-  EXPECT_EQ(ReadBytes(dir.NativeOf(L"u.txt")), std::string("\x2d\x4e\x0a\x00\x3d\xd8\x00\xde\x78\x00", 10));
+  EXPECT_EQ(Read(dir.NativeOf(L"u.txt")), std::string("\x2d\x4e\x0a\x00\x3d\xd8\x00\xde\x78\x00", 10));
   CStdioFile f(path, CFile::modeRead | CFile::typeBinary);
   CString line;
   ASSERT_TRUE(f.ReadString(line));
@@ -133,7 +128,7 @@ TEST(CStdioFile, BinaryModeIsUtf16Units) {
 
 TEST(CStdioFile, BoundedReadKeepsTheLineFeedAndSplitsLongLines) {
   TempDir dir;
-  WriteBytes(dir.NativeOf(L"b.txt"), "abcdef\nxy");
+  Write(dir.NativeOf(L"b.txt"), "abcdef\nxy");
   CStdioFile f(dir.Path() + L"b.txt", CFile::modeRead | CFile::typeText);
   wchar_t buf[5];
   ASSERT_NE(f.ReadString(buf, 5), nullptr);
@@ -153,7 +148,7 @@ TEST(CStdioFile, SmallReadsAndPositionsStayConsistentWithTheReadAhead) {
   TempDir dir;
   std::string bytes(10000, '\0');
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>('a' + i % 26);
-  WriteBytes(dir.NativeOf(L"r.bin"), bytes);
+  Write(dir.NativeOf(L"r.bin"), bytes);
   CStdioFile f(dir.Path() + L"r.bin", CFile::modeReadWrite | CFile::typeBinary);
   std::string got;
   char c;
@@ -169,7 +164,7 @@ TEST(CStdioFile, SmallReadsAndPositionsStayConsistentWithTheReadAhead) {
   EXPECT_EQ(f.Read(rest, 3), 3u);
   EXPECT_EQ(std::string(rest, 3), bytes.substr(5002, 3));
   f.Close();
-  std::string after = ReadBytes(dir.NativeOf(L"r.bin"));
+  std::string after = Read(dir.NativeOf(L"r.bin"));
   EXPECT_EQ(after.substr(4999, 4), bytes.substr(4999, 1) + "!!" + bytes.substr(5002, 1));
   EXPECT_EQ(after.size(), bytes.size());
 }
