@@ -90,6 +90,16 @@ case_missing_client_ends_quietly() {
   has_trace "StartLoadMivo"
 }
 
+case_missing_executor_starts_nothing() {
+  local staged
+  staged="$(winpath "$work/$current/install/staged")\\"
+  MIVO_E2E_SETUP="$strings; $stage_update; rm UpdateExec.exe" run "$current" /up "$staged"
+  [ "$(count_of update)" = 0 ] || fail "an update executor ran"
+  [ "$(count_of client)" = 0 ] || fail "the client started although the executor could not"
+  printf '%s\n' "$out" | grep -q '^== launcher-exit 0$' || fail "the launcher did not end normally"
+  has_trace "do StartLoadUpdateExecEx"
+}
+
 # While the first launcher waits on a five-second update, twenty more start at once: all
 # leave silently, so there is one executor run and one client start in all.
 case_concurrent_launchers_leave_silently() {
