@@ -4,9 +4,7 @@
 #include <thread>
 
 #include "common/AppPath.h"
-#include "common/Conversion.h"
 #include "common/FileUtil.h"
-#include "common/Md5.h"
 #include "toolkit/FileFind.h"
 #include "toolkit/FileSystem.h"
 
@@ -19,8 +17,10 @@ CPathTool::CommandStarter& Starter() {
   return starter;
 }
 
+void RealSleep(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
+
 CPathTool::Sleeper& SleeperFn() {
-  static CPathTool::Sleeper sleeper = [](int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); };
+  static CPathTool::Sleeper sleeper = RealSleep;
   return sleeper;
 }
 
@@ -35,7 +35,7 @@ void CPathTool::SetCommandStarter(CommandStarter starter) {
 }
 
 void CPathTool::SetSleeper(Sleeper sleeper) {
-  SleeperFn() = sleeper ? std::move(sleeper) : Sleeper([](int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); });
+  SleeperFn() = sleeper ? std::move(sleeper) : Sleeper(RealSleep);
 }
 
 CString CPathTool::GetLauncherFolder() { return mivo::common::GetAppPath(); }
@@ -60,10 +60,8 @@ CString CPathTool::GetUpdateFolderFor(const CString& launcher, bool create) {
   if (!UpdateSourceFolder.IsEmpty()) return UpdateSourceFolder;
   CString shared = GetSharedDataFolder();
   if (shared.CompareNoCase(launcher) == 0) return shared;
-  std::string utf8 = mivo::common::CString2MBCS(launcher, 65001);
-  std::string digest = mivo::common::MakeMD5Value(utf8.data(), static_cast<unsigned int>(utf8.size()));
   CString folder;
-  folder.Format(L"%sUpdate\\%S\\", shared.GetString(), digest.c_str());
+  folder.Format(L"%sUpdate\\%s\\", shared.GetString(), mivo::common::InstallFolderDigest(launcher).GetString());
   if (create && !IsDirectory(folder)) {
     CString parent = shared + L"Update\\";
     if (!IsDirectory(parent)) toolkit::CreateFolder(parent);

@@ -9,6 +9,7 @@
 #include "Execute/NamedEvent.h"
 #include "Execute/PathTool.h"
 #include "Execute/UpdateCheck.h"
+#include "common/AppPath.h"
 #include "common/Trace.h"
 
 namespace {
@@ -18,15 +19,6 @@ constexpr DWORD kMediumIntegrity = 0x2000;
 
 void TraceLine(const wchar_t* text) {
   if (g_ITrace) g_ITrace->Trace(3, true, L"%s", text);
-}
-
-bool IsVistaOrLater() {
-  OSVERSIONINFOW info = {sizeof(info)};
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-  if (!GetVersionExW(&info)) return false;
-#pragma GCC diagnostic pop
-  return info.dwPlatformId == VER_PLATFORM_WIN32_NT && info.dwMajorVersion > 5;
 }
 
 HRESULT FromError(DWORD e) { return static_cast<HRESULT>(0x80070000u | (e & 0xFFFF)); }
@@ -126,7 +118,7 @@ void CreateProcessAsDesktopUser(const wchar_t* applicationName, const wchar_t* c
   std::vector<wchar_t> line;
   if (commandLine) line.assign(commandLine, commandLine + wcslen(commandLine) + 1);
   wchar_t* writable = commandLine ? line.data() : nullptr;
-  if (IsVistaOrLater()) {
+  if (mivo::common::detail::IsVistaOrLater()) {
     DWORD shellPid = 0;
     if (HWND shell = FindWindowW(L"Progman", nullptr)) GetWindowThreadProcessId(shell, &shellPid);
     DWORD shellLevel = kHighIntegrity, ownLevel = kHighIntegrity;

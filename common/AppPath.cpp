@@ -45,6 +45,11 @@ CString DataFolder(int csidl, const CString& parentSub, const CString& sub) {
 
 }  // namespace
 
+CString InstallFolderDigest(const CString& folder) {
+  std::string utf8 = CString_to_utf8(folder);
+  return MBCS2CString(MakeMD5Value(utf8.data(), static_cast<unsigned int>(utf8.size())), 65001);
+}
+
 CString GetAppPath() {
   static CString cached;
   static std::once_flag once;
@@ -62,10 +67,8 @@ CString GetUpdatePath(bool create) {
   CString common = GetCommonAppDataPath();
   CString install = GetAppPath();
   if (common.Compare(install) == 0) return install;
-  std::string utf8 = CString_to_utf8(install);
-  CString digest = MBCS2CString(MakeMD5Value(utf8.data(), static_cast<unsigned int>(utf8.size())), 65001);
   CString result;
-  result.Format(L"%sUpdate\\%s\\", common.GetString(), digest.GetString());
+  result.Format(L"%sUpdate\\%s\\", common.GetString(), InstallFolderDigest(install).GetString());
   if (create) {
     EnsureFolder(common + L"Update\\");
     EnsureFolder(result);

@@ -17,6 +17,10 @@ MIVO_COMMON_API CString GetCommonAppDataPath();
 MIVO_COMMON_API CString GetUpdatePath(bool create);
 MIVO_COMMON_API void InitCommonAppPath();
 
+// The MD5 of the folder's UTF-8 text as 32 lower-case hexadecimal digits: the name of an
+// installation's update folder.
+MIVO_COMMON_API CString InstallFolderDigest(const CString& folder);
+
 namespace detail {
 // Platform half. 1 with the folder, 0 when the system names none, -1 when the shell
 // allocator is missing. csidl is 26 (roaming application data), 0x1C (local application
