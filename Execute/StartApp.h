@@ -1,5 +1,8 @@
 #pragma once
 // The launcher's application object (Windows only).
+#include <memory>
+
+#include "Execute/StartHideWindowForm.h"
 #include "toolkit/CString.h"
 #include "toolkit/WinApp.h"
 
@@ -15,9 +18,8 @@ class CStartApp : public CWinApp {
  private:
   void CleanSharedFolders(const CString& source);
   int m_reserved;  // set to 1 and never read, as it always was
-  // The login-user choice window takes this place; for now a hidden window of its class
-  // marks the launcher for running clients.
-  HWND m_pForm = nullptr;
+  // The login-user window, made in step 10 when there is a request to hand over.
+  std::unique_ptr<CStartHideWindowForm> m_pForm;
 };
 
 int InitGlobalStruct();

@@ -16,8 +16,6 @@
 
 namespace {
 
-const wchar_t kFormClass[] = L"TARNELL MIVO2006 StartHideWindowForm Form";
-
 void Debug(const CString& text) { OutputDebugStringW(text); }
 
 std::vector<CString> Tokens(const wchar_t* commandLine) {
@@ -30,15 +28,6 @@ std::vector<CString> Tokens(const wchar_t* commandLine) {
   for (int i = 1; argv && i < argc; ++i) tokens.emplace_back(argv[i]);
   if (argv) LocalFree(argv);
   return tokens;
-}
-
-HWND CreateHiddenForm(HINSTANCE instance, const CString& title) {
-  WNDCLASSW wc = {};
-  wc.lpfnWndProc = DefWindowProcW;
-  wc.hInstance = instance;
-  wc.lpszClassName = kFormClass;
-  RegisterClassW(&wc);
-  return CreateWindowExW(0, kFormClass, title, 0x00CE0000, 0, 0, 0, 0, nullptr, nullptr, instance, nullptr);
 }
 
 }  // namespace
@@ -79,12 +68,28 @@ BOOL CStartApp::InitInstance() {
     ReleaseNamedEvent(kStartRunningEvent);
     return FALSE;
   }
-  // 10. with arguments the running clients are asked first; until that exchange exists
-  // every start counts as "no client running" (user type 1)
-  m_pForm = CreateHiddenForm(m_hInstance, strings->GetStringViaID(L"STRID_SELECTED_USER_FORM_TITLE"));
-  int userType = 1;
+  // 10. with arguments the running clients come first: the window must exist before they
+  // are asked, since their nickname replies are sent to it
+  m_pForm = std::make_unique<CStartHideWindowForm>();
+  m_pForm->Create(nullptr, strings->GetStringViaID(L"STRID_SELECTED_USER_FORM_TITLE"), 0x00CE0000, 0);
+  m_pForm->RefreshRunningClients();
+  int userType = m_pForm->GetUserType();
   if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance usertype is %d", userType);
-  RunLaunchDecision(silent, m_nCmdShow);
+  const CString request(m_lpCmdLine);
+  switch (userType) {
+    case 2:
+      m_pForm->ForwardToSingleClient(request);
+      break;
+    case 4:
+      m_pForm->ForwardToLastUser(request);
+      break;
+    // case 3, the user must choose among the running clients: the choice window (fill it with
+    // PrepareUserList, centre, show, bring to the front, and return TRUE so Run drives it)
+    // comes with the UI framework. Until then the request goes the way of any other value.
+    default:
+      RunLaunchDecision(silent, m_nCmdShow);
+      break;
+  }
   ReleaseNamedEvent(kStartRunningEvent);
   return FALSE;
 }
@@ -125,10 +130,18 @@ int CStartApp::Run() {
 }
 
 int CStartApp::ExitInstance() {
-  if (m_pForm && IsWindow(m_pForm)) {
-    Debug(L"CMivoApp::ExitInstance() release main form...\n");
-    DestroyWindow(m_pForm);
-    m_pForm = nullptr;
+  if (m_pForm) {
+    // The object goes even when its window never came up: its destructor saves the store.
+    try {
+      if (IsWindow(m_pForm->GetHWND())) {
+        Debug(L"CMivoApp::ExitInstance() release main form...\n");
+        DestroyWindow(m_pForm->GetHWND());
+      }
+      m_pForm.reset();
+    } catch (...) {
+      Debug(L"CMivoApp::ExitInstance() release main form occur error!!!\n");
+      if (g_ITrace) g_ITrace->Trace(3, true, L"CMivoApp::ExitInstance() release main form occur error!!!");
+    }
   }
   FreeGlobalStruct();
   return CWinApp::ExitInstance();
