@@ -40,13 +40,15 @@ inline DWORD EnvMs(const wchar_t* name, DWORD fallback) {
   return value.empty() ? fallback : static_cast<DWORD>(wcstoul(value.c_str(), nullptr, 10));
 }
 
-// Appends one line to the file named by MIVO_E2E_RECORD. Another helper may hold the file
-// for a moment (or a reader without sharing), so a refused open is retried for a while.
-inline bool Record(const char* role) {
+// Appends one line to the file named by MIVO_E2E_RECORD, with the given UTF-8 text in place of
+// the command line; the caller keeps tabs and line breaks out of role and text. Another helper
+// may hold the file for a moment (or a reader without sharing), so a refused open is retried
+// for a while.
+inline bool RecordText(const std::string& role, const std::string& text) {
   std::wstring path = Env(L"MIVO_E2E_RECORD");
   if (path.empty()) return false;
-  std::string line = std::string(role) + '\t' + std::to_string(NowMs()) + '\t' + std::to_string(GetCurrentProcessId()) +
-                     '\t' + Utf8(GetCommandLineW()) + '\n';
+  std::string line =
+      role + '\t' + std::to_string(NowMs()) + '\t' + std::to_string(GetCurrentProcessId()) + '\t' + text + '\n';
   for (int attempt = 0; attempt < 500; ++attempt) {
     HANDLE file = CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                               nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -64,5 +66,8 @@ inline bool Record(const char* role) {
   }
   return false;
 }
+
+// The usual line: the role and this process's command line.
+inline bool Record(const char* role) { return RecordText(role, Utf8(GetCommandLineW())); }
 
 }  // namespace mivo_e2e

@@ -10,6 +10,10 @@
 #   MIVO_E2E_BIN          folder holding MyMivo.exe, UpdateExec.exe and fake_shell.exe
 #   MIVO_E2E_WORK         where cases live (default /tmp/mivo-e2e); <work>/<CASE>/ is wiped first
 #   MIVO_E2E_NO_SHELL=1   no "Progman" window during the run
+#   MIVO_E2E_CLIENTS      clients already running when the launcher starts: a space-separated
+#                         list of account[:mode[:arg]], each one running_client.exe (also in
+#                         MIVO_E2E_BIN; see running_client.cpp for the modes) started in list
+#                         order, each signed in before the next starts, all until the end
 #   MIVO_E2E_SETUP        shell command run in the installation folder before the launcher
 #                         (string tables, start files, ...); CASE_DIR and WINEPREFIX are set
 #   MIVO_E2E_TIMEOUT      seconds the launcher may run (default 60)
@@ -24,8 +28,8 @@
 # The case folder stays for a look afterwards: install/, prefix/, record.txt, wine.log.
 #
 # Exit status: 0 when the run finished (whatever the launcher returned), 2 for a usage or set-up
-# error, 3 when the shell did not come up, 124 when the launcher or the prefix did not finish
-# in time.
+# error, 3 when the shell or a running client did not come up, 124 when the launcher or the
+# prefix did not finish in time.
 set -euo pipefail
 
 if [ $# -lt 1 ] || ! [[ $1 =~ ^[A-Za-z0-9][A-Za-z0-9._-]*$ ]] || [ "$1" = template-prefix ]; then
@@ -37,7 +41,14 @@ if [ -z "${MIVO_START_EXE:-}" ] || [ -z "${MIVO_E2E_BIN:-}" ]; then
   echo "run_case.sh: MIVO_START_EXE must name the launcher and MIVO_E2E_BIN the helpers' folder" >&2
   exit 2
 fi
-for f in "$MIVO_START_EXE" "$MIVO_E2E_BIN/MyMivo.exe" "$MIVO_E2E_BIN/UpdateExec.exe" "$MIVO_E2E_BIN/fake_shell.exe"; do
+clients=()
+[ -z "${MIVO_E2E_CLIENTS:-}" ] || read -r -a clients <<<"$MIVO_E2E_CLIENTS"
+for entry in "${clients[@]}"; do
+  [[ $entry =~ ^[^:]+(:|$) ]] || { echo "run_case.sh: MIVO_E2E_CLIENTS entry without an account: $entry" >&2; exit 2; }
+done
+needed=("$MIVO_START_EXE" "$MIVO_E2E_BIN/MyMivo.exe" "$MIVO_E2E_BIN/UpdateExec.exe" "$MIVO_E2E_BIN/fake_shell.exe")
+[ ${#clients[@]} = 0 ] || needed+=("$MIVO_E2E_BIN/running_client.exe")
+for f in "${needed[@]}"; do
   [ -f "$f" ] || { echo "run_case.sh: missing $f" >&2; exit 2; }
 done
 
@@ -111,10 +122,12 @@ if [ -n "${MIVO_E2E_SETUP:-}" ]; then
 fi
 
 shell_pid=
+client_pids=()
 finished=0
 cleanup() {
   if [ "$finished" = 1 ]; then return; fi
   if [ -n "$shell_pid" ]; then kill "$shell_pid" 2>/dev/null || true; fi
+  for pid in "${client_pids[@]}"; do kill "$pid" 2>/dev/null || true; done
   wineserver -k </dev/null >/dev/null 2>&1 || true
 }
 trap cleanup EXIT
@@ -135,6 +148,28 @@ if [ "${MIVO_E2E_NO_SHELL:-}" != 1 ]; then
   done
 fi
 
+# The running clients, one at a time: each one's windows exist before the next one's, so the
+# order the launcher finds them in does not vary from run to run.
+ready_count() { awk -F'\t' -v r="client-ready:$1" '$1 == r { n++ } END { print n + 0 }' "$record"; }
+for entry in "${clients[@]}"; do
+  IFS=: read -r account mode arg <<<"$entry"
+  args=("$account")
+  [ -z "$mode" ] || args+=("$mode")
+  [[ $entry != *:*:* ]] || args+=("$arg")
+  before=$(ready_count "$account")
+  "$wine" "$MIVO_E2E_BIN/running_client.exe" "$(windows_path "$stop_file")" "${args[@]}" </dev/null >>"$winelog" 2>&1 &
+  client_pids+=($!)
+  deadline=$((SECONDS + 60))
+  until [ "$(ready_count "$account")" -gt "$before" ]; do
+    if ! kill -0 "${client_pids[-1]}" 2>/dev/null || [ $SECONDS -ge $deadline ]; then
+      echo "run_case.sh: the running client $entry did not come up" >&2
+      cat "$winelog" >&2
+      exit 3
+    fi
+    sleep 0.05
+  done
+done
+
 status=0
 launcher_exit=0
 cd "$install"
@@ -144,12 +179,21 @@ if [ "$launcher_exit" = 124 ] || [ "$launcher_exit" = 137 ]; then
   status=124
 fi
 
-if [ -n "$shell_pid" ]; then
+helpers=(${shell_pid:+"$shell_pid"} "${client_pids[@]}")
+if [ ${#helpers[@]} -gt 0 ]; then
   : >"$stop_file"
-  for _ in $(seq 100); do kill -0 "$shell_pid" 2>/dev/null || break; sleep 0.1; done
-  kill "$shell_pid" 2>/dev/null || true
-  wait "$shell_pid" 2>/dev/null || true
+  for _ in $(seq 100); do
+    alive=0
+    for pid in "${helpers[@]}"; do if kill -0 "$pid" 2>/dev/null; then alive=1; fi; done
+    [ $alive = 1 ] || break
+    sleep 0.1
+  done
+  for pid in "${helpers[@]}"; do
+    kill "$pid" 2>/dev/null || true
+    wait "$pid" 2>/dev/null || true
+  done
   shell_pid=
+  client_pids=()
 fi
 
 if [ $status = 0 ] && ! timeout "${MIVO_E2E_IDLE_TIMEOUT:-60}" wineserver -w </dev/null >/dev/null 2>&1; then
