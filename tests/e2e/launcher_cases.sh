@@ -2,31 +2,10 @@
 # End-to-end cases of the launcher under Wine, each in its own installation and prefix
 # (run_case.sh), asserting on what the stand-in client, update executor and shell recorded.
 # Usage: launcher_cases.sh [CASE...]   (all cases when none is named)
-set -uo pipefail
-here=$(cd "$(dirname "$0")" && pwd)
-resources=$(cd "$here/../../resources" && pwd)
-: "${MIVO_START_EXE:?}" "${MIVO_E2E_BIN:?}"
-work=$(realpath -m "${MIVO_E2E_WORK:-/tmp/mivo-e2e}")
-token='/sf "5C1D7E20-94AB-4f63-8E2D-17B0C3A9F456"'
-failures=0
-out=
-
-fail() { echo "FAIL [$current]: $*"; failures=$((failures + 1)); }
-winpath() { local p; p=$(realpath -m "$1"); printf 'Z:%s' "${p//\//\\}"; }
-# the command lines of one role, in the order recorded
-lines_of() { printf '%s\n' "$out" | awk -F'\t' -v r="$1" 'f && $1 == r { print $4 } /^== record /{f=1} /^== trace /{f=0}'; }
-times_of() { printf '%s\n' "$out" | awk -F'\t' -v r="$1" 'f && $1 == r { print $2 } /^== record /{f=1} /^== trace /{f=0}'; }
-count_of() { lines_of "$1" | grep -c . ; }
-has_trace() { printf "%s\n" "$out" | grep -qF -- "$1" || fail "trace lacks: $1"; }
-run() {  # run CASE [args...]
-  out=$("$here/run_case.sh" "$@" 2>&1)
-  local rc=$?
-  [ $rc = 0 ] || fail "run_case.sh exited $rc: $out"
-}
+source "$(dirname "$0")/cases_lib.sh"
 
 # A pending plug-in-free client update staged in <install>/staged/, named with /up.
 stage_update='mkdir -p staged/UpdateTemp && : > staged/UpdateTemp/UpdateFlag && printf "%s" "<Mivo><Module name=\"MyMivo.exe\" version=\"2\" group=\"core\" oldversion=\"1\" currentversion=\"1\"/></Mivo>" > staged/UpdateTemp/StaticUpdateVersion.xml'
-strings="cp '$resources/lang/en_US/gdstrings.ini' gdstrings.ini"
 
 case_no_arguments() {
   MIVO_E2E_SETUP="$strings" run "$current"
@@ -130,9 +109,4 @@ case_concurrent_launchers_leave_silently() {
   [ "$starts" = 1 ] || fail "the extra launchers traced ($starts start-up lines)"
 }
 
-all=$(declare -F | awk '{print $3}' | grep '^case_' | sed 's/^case_//')
-for current in ${@:-$all}; do
-  "case_$current"
-  [ "$failures" = 0 ] && echo "ok   [$current]"
-done
-[ "$failures" = 0 ] || { echo "$failures failure(s)"; exit 1; }
+run_cases "$@"

@@ -1,0 +1,37 @@
+# What the end-to-end case scripts share: running one case through run_case.sh, reading its
+# record and trace, and running the case_* functions a script defines. Sourced, not run.
+set -uo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+resources=$(cd "$here/../../resources" && pwd)
+: "${MIVO_START_EXE:?}" "${MIVO_E2E_BIN:?}"
+work=$(realpath -m "${MIVO_E2E_WORK:-/tmp/mivo-e2e}")
+token='/sf "5C1D7E20-94AB-4f63-8E2D-17B0C3A9F456"'
+failures=0
+out=
+
+fail() { echo "FAIL [$current]: $*"; failures=$((failures + 1)); }
+winpath() { local p; p=$(realpath -m "$1"); printf 'Z:%s' "${p//\//\\}"; }
+# the command lines of one role, in the order recorded
+lines_of() { printf '%s\n' "$out" | awk -F'\t' -v r="$1" 'f && $1 == r { print $4 } /^== record /{f=1} /^== trace /{f=0}'; }
+times_of() { printf '%s\n' "$out" | awk -F'\t' -v r="$1" 'f && $1 == r { print $2 } /^== record /{f=1} /^== trace /{f=0}'; }
+count_of() { lines_of "$1" | grep -c . ; }
+has_trace() { printf "%s\n" "$out" | grep -qF -- "$1" || fail "trace lacks: $1"; }
+run() {  # run CASE [args...]
+  out=$("$here/run_case.sh" "$@" 2>&1)
+  local rc=$?
+  [ $rc = 0 ] || fail "run_case.sh exited $rc: $out"
+}
+
+# strings: the English string table, for MIVO_E2E_SETUP
+strings="cp '$resources/lang/en_US/gdstrings.ini' gdstrings.ini"
+
+# Runs the named cases, or every case_* function when none is named.
+run_cases() {
+  local all
+  all=$(declare -F | awk '{print $3}' | grep '^case_' | sed 's/^case_//')
+  for current in ${@:-$all}; do
+    "case_$current"
+    [ "$failures" = 0 ] && echo "ok   [$current]"
+  done
+  [ "$failures" = 0 ] || { echo "$failures failure(s)"; exit 1; }
+}
