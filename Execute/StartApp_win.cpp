@@ -10,6 +10,7 @@
 #include "Execute/ProcessLauncher.h"
 #include "Execute/UpdateCheck.h"
 #include "common/FileUtil.h"
+#include "common/ModuleManager.h"
 #include "common/MutiLanSupport.h"
 #include "common/Trace.h"
 #include "toolkit/FileSystem.h"
@@ -148,7 +149,9 @@ int CStartApp::ExitInstance() {
 }
 
 int InitGlobalStruct() {
-  // The module manager and the UI framework join here when they exist.
+  MoudleManager::Open();
+  // The UI framework starts here (resource root: the launcher's folder, skin "skins\default")
+  // when it exists.
   CString app = CPathTool::GetLauncherFolder();
   CString temp;
   temp.Format(L"%sTemp", app.GetString());
@@ -163,6 +166,7 @@ int InitGlobalStruct() {
 void FreeGlobalStruct() {
   try {
     mivo::common::EmptyFolder(CPathTool::GetLauncherFolder() + L"Temp", 0, 1);
+    MoudleManager::Close();
   } catch (...) {
     OutputDebugStringW(L"-------------------FreeGlobalStruct exception");
   }

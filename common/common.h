@@ -13,6 +13,7 @@
 #include "common/FileUtil.h"
 #include "common/FormatUtil.h"
 #include "common/Md5.h"
+#include "common/ModuleManager.h"
 #include "common/MutiLanSupport.h"
 #include "common/PathUtil.h"
 #include "common/StdioFileEx.h"
