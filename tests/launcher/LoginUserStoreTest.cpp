@@ -5,6 +5,10 @@
 #include <string>
 #include <vector>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 #include "Execute/LoginUserStore.h"
 #include "support/Files.h"
 #include "support/TempDir.h"
@@ -211,6 +215,24 @@ TEST_F(LoginUserStoreTest, ASaveThatCannotBeWrittenIsIgnored) {
   store.SaveStartFile();
   EXPECT_FALSE(std::filesystem::exists(dir.NativeOf(L"missing")));
 }
+
+#if defined(_WIN32)
+TEST_F(LoginUserStoreTest, AStoreLockedByAnotherProgramReadsAsDefaultsAndStaysAsItIs) {
+  const std::string stored = "{\"Choice\":1,\"LastUser\":\"a@gmail.com\",\"Users\":[]}";
+  WriteStore(stored);
+  HANDLE lock = CreateFileW(StartFile().wstring().c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  ASSERT_NE(INVALID_HANDLE_VALUE, lock);
+  auto store = Open();
+  EXPECT_EQ(0, store->GetChoice());
+  EXPECT_TRUE(store->GetLastUser().IsEmpty());
+  store->SaveStartFile();
+  CloseHandle(lock);
+  EXPECT_EQ(stored, Read(StartFile()));
+  for (const auto& entry : std::filesystem::directory_iterator(dir.Native()))  // no temporary left behind
+    EXPECT_EQ("start.txt", entry.path().filename().string());
+}
+#endif
 
 // ---- the account-name rule ----
 
