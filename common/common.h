@@ -9,6 +9,8 @@
 #include "common/AppPath.h"
 #include "common/CodepageMap.h"
 #include "common/Conversion.h"
+#include "common/Crc32.h"
+#include "common/Crypto.h"
 #include "common/Dialogs.h"
 #include "common/FileUtil.h"
 #include "common/FormatUtil.h"

@@ -30,12 +30,6 @@ TEST(AppPath, IsTheExecutablesFolderAndStaysTheSame) {
   EXPECT_EQ(mc::GetAppPath(), app);
 }
 
-TEST(Md5, LowerCaseHexOfKnownVectors) {
-  EXPECT_EQ(mc::MakeMD5Value("", 0), "d41d8cd98f00b204e9800998ecf8427e");
-  EXPECT_EQ(mc::MakeMD5Value("abc", 3), "900150983cd24fb0d6963f7d28e17f72");
-  EXPECT_EQ(mc::MakeMD5Value(nullptr, 5), "d41d8cd98f00b204e9800998ecf8427e");
-}
-
 #if defined(_WIN32)
 CString ShellFolder(int csidl) {
   wchar_t path[MAX_PATH] = {};
