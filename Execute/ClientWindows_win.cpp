@@ -32,8 +32,7 @@ CString CSystemClientWindows::GetText(HWND window) {
   return CString(text.data(), got > 0 ? got : 0);
 }
 
-bool CSystemClientWindows::SendCopyData(HWND target, WPARAM wParam, const void* data, size_t size,
-                                        unsigned timeoutMs) {
+bool CSystemClientWindows::SendCopyData(HWND target, WPARAM wParam, const void* data, size_t size, unsigned timeoutMs) {
   COPYDATASTRUCT copy = {};
   copy.dwData = 0;
   copy.cbData = static_cast<DWORD>(size);

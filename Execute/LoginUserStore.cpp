@@ -51,8 +51,10 @@ int NestingDepth(const std::string& text) {
   for (size_t i = 0; i < text.size(); ++i) {
     char c = text[i];
     if (inString) {
-      if (c == '\\') ++i;
-      else if (c == '"') inString = false;
+      if (c == '\\')
+        ++i;
+      else if (c == '"')
+        inString = false;
     } else if (c == '"') {
       inString = true;
     } else if (c == '[' || c == '{') {
@@ -72,7 +74,7 @@ const char LoginUserStore::kNicknameRequest[] = "nickname";
 const std::vector<CString>& LoginUserStore::KnownMailDomains() {
   // Public mail services the client's accounts are registered with.
   static const std::vector<CString> domains = {
-      L"@gmail.com", L"@outlook.com", L"@hotmail.com", L"@live.com", L"@msn.com",  L"@yahoo.com", L"@icloud.com",
+      L"@gmail.com", L"@outlook.com", L"@hotmail.com", L"@live.com", L"@msn.com", L"@yahoo.com", L"@icloud.com",
       L"@aol.com",   L"@gmx.com",     L"@proton.me",   L"@163.com",  L"@126.com", L"@qq.com",    L"@sina.com",
   };
   return domains;
@@ -169,7 +171,8 @@ void LoginUserStore::OnNicknameReply(const void* data, size_t size) {
   // the text ends at its zero or at the end of the payload, whichever comes first
   size_t length = strnlen(bytes, size);
   if (length + 1 > kCopyDataBufferSize) {
-    if (g_ITrace) g_ITrace->Trace(3, true, L"CStartHideWindowForm nickname reply of %d bytes ignored", static_cast<int>(length));
+    if (g_ITrace)
+      g_ITrace->Trace(3, true, L"CStartHideWindowForm nickname reply of %d bytes ignored", static_cast<int>(length));
     return;
   }
   char buffer[kCopyDataBufferSize] = {};

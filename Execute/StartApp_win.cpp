@@ -39,7 +39,8 @@ BOOL CStartApp::InitInstance() {
   // 1. one launcher at a time; a second one leaves without a word
   if (!CreateNamedEventOnce(kStartRunningEvent)) return FALSE;
   // 2-4. the command line
-  if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmdLineString is %s", m_lpCmdLine ? m_lpCmdLine : L"");
+  if (g_ITrace)
+    g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmdLineString is %s", m_lpCmdLine ? m_lpCmdLine : L"");
   CCommandLineInfoEx info;
   info.ParseCommandLine(Tokens(m_lpCmdLine));
   bool silent = IsSilentLaunch(info);

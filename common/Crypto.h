@@ -61,7 +61,7 @@ class MIVO_COMMON_API IMAC {
  public:
   virtual bool Setup(const std::string& key) = 0;
   virtual void Update(const void* data, unsigned int length) = 0;
-  virtual std::string Final() = 0;  // empty before Setup
+  virtual std::string Final() = 0;           // empty before Setup
   virtual unsigned int KeySize() const = 0;  // the suggested key length: the digest's size
   virtual unsigned int DigestSize() const = 0;
   virtual ~IMAC() = default;

@@ -51,22 +51,38 @@ IRNG* CryptoFactory::rng() { return rng_; }
 IStreamCipher* CryptoFactory::createCipher(unsigned int id) {
   using namespace CryptoImpl;
   switch (id) {
-    case kCipherAES128OFB: return new (std::nothrow) AES128OFB(EVP_aes_128_ofb());
-    case kCipherRC4: return new (std::nothrow) RC4(EVP_rc4());
-    case kCipherDES_CBC: return new (std::nothrow) DES_CBC(EVP_des_cbc());
-    case kCipherDES_ECB: return new (std::nothrow) DES_ECB();
-    case kCipherDES_CFB: return new (std::nothrow) DES_CFB();
-    case kCipherDES_OFB: return new (std::nothrow) DES_OFB();
-    case kCipherDES_EDE_CBC: return new (std::nothrow) DES_EDE_CBC();
-    case kCipherDES_EDE_ECB: return new (std::nothrow) DES_EDE_ECB();
-    case kCipherDES_EDE_CFB: return new (std::nothrow) DES_EDE_CFB();
-    case kCipherDES_EDE_OFB: return new (std::nothrow) DES_EDE_OFB();
-    case kCipherDES_EDE3_CBC: return new (std::nothrow) DES_EDE3_CBC();
-    case kCipherDES_EDE3_ECB: return new (std::nothrow) DES_EDE3_ECB();
-    case kCipherDES_EDE3_CFB: return new (std::nothrow) DES_EDE3_CFB();
-    case kCipherDES_EDE3_OFB: return new (std::nothrow) DES_EDE3_OFB();
-    case kCipherDESX_CBC: return new (std::nothrow) DESX_CBC();
-    default: return nullptr;
+    case kCipherAES128OFB:
+      return new (std::nothrow) AES128OFB(EVP_aes_128_ofb());
+    case kCipherRC4:
+      return new (std::nothrow) RC4(EVP_rc4());
+    case kCipherDES_CBC:
+      return new (std::nothrow) DES_CBC(EVP_des_cbc());
+    case kCipherDES_ECB:
+      return new (std::nothrow) DES_ECB();
+    case kCipherDES_CFB:
+      return new (std::nothrow) DES_CFB();
+    case kCipherDES_OFB:
+      return new (std::nothrow) DES_OFB();
+    case kCipherDES_EDE_CBC:
+      return new (std::nothrow) DES_EDE_CBC();
+    case kCipherDES_EDE_ECB:
+      return new (std::nothrow) DES_EDE_ECB();
+    case kCipherDES_EDE_CFB:
+      return new (std::nothrow) DES_EDE_CFB();
+    case kCipherDES_EDE_OFB:
+      return new (std::nothrow) DES_EDE_OFB();
+    case kCipherDES_EDE3_CBC:
+      return new (std::nothrow) DES_EDE3_CBC();
+    case kCipherDES_EDE3_ECB:
+      return new (std::nothrow) DES_EDE3_ECB();
+    case kCipherDES_EDE3_CFB:
+      return new (std::nothrow) DES_EDE3_CFB();
+    case kCipherDES_EDE3_OFB:
+      return new (std::nothrow) DES_EDE3_OFB();
+    case kCipherDESX_CBC:
+      return new (std::nothrow) DESX_CBC();
+    default:
+      return nullptr;
   }
 }
 

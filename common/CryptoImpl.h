@@ -41,10 +41,10 @@ class MIVO_COMMON_API DES_CBC : public StreamCipher {
   using StreamCipher::StreamCipher;
 };
 
-#define MIVO_DES_VARIANT(Name)                 \
+#define MIVO_DES_VARIANT(Name)                       \
   class MIVO_COMMON_API Name : public StreamCipher { \
-   public:                                     \
-    Name();                                    \
+   public:                                           \
+    Name();                                          \
   };
 MIVO_DES_VARIANT(DES_ECB)
 MIVO_DES_VARIANT(DES_CFB)

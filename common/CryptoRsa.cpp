@@ -52,8 +52,8 @@ bool RSA_Impl::GenerateKey(unsigned int bits) {
   if (bits < 1024 || bits > 16384) return false;
   EVP_PKEY_CTX* ctx = EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr);
   EVP_PKEY* key = nullptr;
-  bool ok = ctx && EVP_PKEY_keygen_init(ctx) == 1 && EVP_PKEY_CTX_set_rsa_keygen_bits(ctx, static_cast<int>(bits)) == 1 &&
-            EVP_PKEY_generate(ctx, &key) == 1;
+  bool ok = ctx && EVP_PKEY_keygen_init(ctx) == 1 &&
+            EVP_PKEY_CTX_set_rsa_keygen_bits(ctx, static_cast<int>(bits)) == 1 && EVP_PKEY_generate(ctx, &key) == 1;
   EVP_PKEY_CTX_free(ctx);
   if (ok) Replace(key, true);
   return ok;

@@ -26,15 +26,20 @@ const int kShift[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 
 void Block(unsigned int state[4], const unsigned char* block) {
   unsigned int w[16];
   for (int i = 0; i < 16; ++i)
-    w[i] = block[i * 4] | block[i * 4 + 1] << 8 | block[i * 4 + 2] << 16 | static_cast<unsigned int>(block[i * 4 + 3]) << 24;
+    w[i] = block[i * 4] | block[i * 4 + 1] << 8 | block[i * 4 + 2] << 16 |
+           static_cast<unsigned int>(block[i * 4 + 3]) << 24;
   unsigned int a = state[0], b = state[1], c = state[2], d = state[3];
   for (int i = 0; i < 64; ++i) {
     unsigned int f;
     int g, round = i / 16;
-    if (round == 0) f = (b & c) | (~b & d), g = i;
-    else if (round == 1) f = (d & b) | (~d & c), g = (5 * i + 1) % 16;
-    else if (round == 2) f = b ^ c ^ d, g = (3 * i + 5) % 16;
-    else f = c ^ (b | ~d), g = (7 * i) % 16;
+    if (round == 0)
+      f = (b & c) | (~b & d), g = i;
+    else if (round == 1)
+      f = (d & b) | (~d & c), g = (5 * i + 1) % 16;
+    else if (round == 2)
+      f = b ^ c ^ d, g = (3 * i + 5) % 16;
+    else
+      f = c ^ (b | ~d), g = (7 * i) % 16;
     unsigned int next = d;
     d = c;
     c = b;
@@ -127,7 +132,9 @@ CString GetFileMd5(const CString& path) {
 
 void BatchMD5::Reset() { md5_init(&m_ctxt); }
 
-void BatchMD5::Add(const void* data, size_t length) { md5_loop(&m_ctxt, static_cast<const unsigned char*>(data), length); }
+void BatchMD5::Add(const void* data, size_t length) {
+  md5_loop(&m_ctxt, static_cast<const unsigned char*>(data), length);
+}
 
 std::string BatchMD5::BinaryDigest() const { return Raw(m_ctxt); }
 

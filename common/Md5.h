@@ -40,7 +40,7 @@ class MIVO_COMMON_API BatchMD5 {
   BatchMD5() { Reset(); }
   void Reset();
   void Add(const void* data, size_t length);
-  std::string HexDigest() const;     // of everything added so far; adding may go on
+  std::string HexDigest() const;  // of everything added so far; adding may go on
   std::string BinaryDigest() const;
 
  private:

@@ -24,7 +24,8 @@ std::string Hex(const std::string& bytes) {
 
 std::string Bytes(const std::string& hex) {
   std::string out;
-  for (size_t i = 0; i + 1 < hex.size(); i += 2) out.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+  for (size_t i = 0; i + 1 < hex.size(); i += 2)
+    out.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
   return out;
 }
 
@@ -52,7 +53,8 @@ TEST(CryptoFactoryTest, OneFactoryOneGenerator) {
 TEST(CryptoFactoryTest, UnknownIdentifiersGiveNothing) {
   for (unsigned int id : {0u, 0x5000du, 0x20000u, 0x10002u, 0x30000u, 0xFFFFFFFFu})
     EXPECT_EQ(nullptr, std::unique_ptr<IStreamCipher>(Factory().createCipher(id)).get()) << std::hex << id;
-  for (unsigned int id : {0x20002u, 0x10000u, 0u}) EXPECT_EQ(nullptr, std::unique_ptr<IDigest>(Factory().createDigest(id)).get());
+  for (unsigned int id : {0x20002u, 0x10000u, 0u})
+    EXPECT_EQ(nullptr, std::unique_ptr<IDigest>(Factory().createDigest(id)).get());
   for (unsigned int id : {0x30002u, 0x20000u}) EXPECT_EQ(nullptr, std::unique_ptr<IMAC>(Factory().createMAC(id)).get());
   for (unsigned int id : {0x40001u, 0u}) EXPECT_EQ(nullptr, std::unique_ptr<IS2K>(Factory().createS2K(id)).get());
   std::unique_ptr<IStreamCipher> desx(Factory().createCipher(kCipherDESX_CBC));
@@ -113,7 +115,8 @@ TEST(CipherTest, KnownAnswers) {
       {kCipherDES_EDE_CBC, desKey + desKey, desIv, fips, "e5c7cdde872bf27c43e934008c389c0f683788499a7c05f6"},
       {kCipherDES_EDE3_ECB, desKey + desKey + desKey, "", fips, "3fa40e8a984d48156a271787ab8883f9893d51ec4b563b53"},
       {kCipherDES_EDE3_OFB, desKey + desKey + desKey, desIv, fips, "f3096249c7f46e5135f24a242eeb3d3f3d6d5be3255af8c3"},
-      {kCipherDESX_CBC, desKey + std::string(16, '\0'), desIv, fips, "e5c7cdde872bf27c43e934008c389c0f683788499a7c05f6"},
+      {kCipherDESX_CBC, desKey + std::string(16, '\0'), desIv, fips,
+       "e5c7cdde872bf27c43e934008c389c0f683788499a7c05f6"},
       {kCipherAES128OFB, Bytes("2b7e151628aed2a6abf7158809cf4f3c"), Bytes("000102030405060708090a0b0c0d0e0f"),
        Bytes("6bc1bee22e409f96e93d7e117393172aae2d8a571e03ac9c9eb76fac45af8e51"),
        "3b3fd92eb72dad20333449f8e83cfb4a7789508d16918f03f53c52dac54ed825"},
@@ -234,8 +237,12 @@ TEST(S2KTest, IteratedAndSaltedDerivation) {
 TEST(Base64Test, StandardVectorsBothForms) {
   std::unique_ptr<IBase64> plain(Factory().createBase64(false));
   std::unique_ptr<IBase64> lines(Factory().createBase64(true));
-  const std::pair<const char*, const char*> vectors[] = {{"", ""},         {"f", "Zg=="},         {"fo", "Zm8="},
-                                                         {"foo", "Zm9v"}, {"foob", "Zm9vYg=="},   {"fooba", "Zm9vYmE="},
+  const std::pair<const char*, const char*> vectors[] = {{"", ""},
+                                                         {"f", "Zg=="},
+                                                         {"fo", "Zm8="},
+                                                         {"foo", "Zm9v"},
+                                                         {"foob", "Zm9vYg=="},
+                                                         {"fooba", "Zm9vYmE="},
                                                          {"foobar", "Zm9vYmFy"}};
   for (const auto& [data, text] : vectors) {
     EXPECT_EQ(text, plain->Encode(data));

@@ -50,7 +50,8 @@ bool g_hasArg = false;
 HWND g_tray = nullptr;
 
 bool KnownMode(const std::string& mode) {
-  for (const char* known : {"normal", "late", "other", "empty", "silent", "hang", "oversize", "unterminated", "badutf8"})
+  for (const char* known :
+       {"normal", "late", "other", "empty", "silent", "hang", "oversize", "unterminated", "badutf8"})
     if (mode == known) return true;
   return false;
 }
@@ -79,11 +80,20 @@ std::string Escape(const std::string& text) {
   std::string out;
   for (char c : text) {
     switch (c) {
-      case '\\': out += "\\\\"; break;
-      case '\t': out += "\\t"; break;
-      case '\r': out += "\\r"; break;
-      case '\n': out += "\\n"; break;
-      default: out += c;
+      case '\\':
+        out += "\\\\";
+        break;
+      case '\t':
+        out += "\\t";
+        break;
+      case '\r':
+        out += "\\r";
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      default:
+        out += c;
     }
   }
   return out;
@@ -140,9 +150,9 @@ void RecordForward(WPARAM wParam, const COPYDATASTRUCT& data) {
   while (length < size && bytes[length] != '\0') ++length;
   mivo_e2e::RecordText("forward:" + g_account, Escape(DecodeUtf8(bytes, length)));
   if (size != length + 1 || wParam != 0)
-    mivo_e2e::RecordText("forward-bad:" + g_account, "cbData=" + std::to_string(data.cbData) +
-                                                         " len=" + std::to_string(length) +
-                                                         " wparam=" + std::to_string(static_cast<unsigned long long>(wParam)));
+    mivo_e2e::RecordText("forward-bad:" + g_account,
+                         "cbData=" + std::to_string(data.cbData) + " len=" + std::to_string(length) +
+                             " wparam=" + std::to_string(static_cast<unsigned long long>(wParam)));
 }
 
 LRESULT CALLBACK TrayProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -185,8 +195,8 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int) {
   trayClass.lpszClassName = kTrayClass;
   if (!RegisterClassW(&mainClass) || !RegisterClassW(&trayClass)) return 3;
   // never shown: Wine runs with the null graphics driver
-  HWND main = CreateWindowExW(0, kMainClass, L"Mivo", WS_OVERLAPPEDWINDOW, 0, 0, 300, 600, nullptr, nullptr, instance,
-                              nullptr);
+  HWND main =
+      CreateWindowExW(0, kMainClass, L"Mivo", WS_OVERLAPPEDWINDOW, 0, 0, 300, 600, nullptr, nullptr, instance, nullptr);
   if (!main) return 4;
   g_tray = CreateWindowExW(0, kTrayClass, account, WS_CHILD, 0, 0, 0, 0, main, nullptr, instance, nullptr);
   if (!g_tray) return 4;

@@ -133,8 +133,9 @@ TEST_F(LoginUserStoreTest, MissingStoreGivesDefaultsAndIsWrittenWhole) {
 }
 
 TEST_F(LoginUserStoreTest, ReadsAllThreeMembersAndWritesChoiceAsAnInteger) {
-  WriteStore("// written by hand\n{ \"Users\": [\"b@qq.com\", \"a@gmail.com\"], /* kept */ \"Choice\": true,\n"
-             "  \"LastUser\": \"b@qq.com\" }");
+  WriteStore(
+      "// written by hand\n{ \"Users\": [\"b@qq.com\", \"a@gmail.com\"], /* kept */ \"Choice\": true,\n"
+      "  \"LastUser\": \"b@qq.com\" }");
   auto store = Open();
   EXPECT_EQ(1, store->GetChoice());
   EXPECT_EQ(CString(L"b@qq.com"), store->GetLastUser());
@@ -147,8 +148,8 @@ TEST_F(LoginUserStoreTest, ReadsAllThreeMembersAndWritesChoiceAsAnInteger) {
 
 TEST_F(LoginUserStoreTest, ChoiceCountsAsSetForAnyNonZeroNumberOrTrue) {
   const std::pair<const char*, int> cases[] = {
-      {"{\"Choice\":1}", 1},    {"{\"Choice\":7}", 1},      {"{\"Choice\":0.5}", 1}, {"{\"Choice\":true}", 1},
-      {"{\"Choice\":0}", 0},    {"{\"Choice\":false}", 0},  {"{\"Choice\":null}", 0}, {"{}", 0},
+      {"{\"Choice\":1}", 1},     {"{\"Choice\":7}", 1},     {"{\"Choice\":0.5}", 1},  {"{\"Choice\":true}", 1},
+      {"{\"Choice\":0}", 0},     {"{\"Choice\":false}", 0}, {"{\"Choice\":null}", 0}, {"{}", 0},
       {"{\"Choice\":\"1\"}", 0}, {"{\"Choice\":[1]}", 0},
   };
   for (const auto& [text, expected] : cases) {
@@ -238,12 +239,20 @@ TEST_F(LoginUserStoreTest, AStoreLockedByAnotherProgramReadsAsDefaultsAndStaysAs
 
 TEST(AccountNameTest, OnlyTheExactTailAfterTheFirstAtCounts) {
   const std::pair<const wchar_t*, bool> cases[] = {
-      {L"alice@gmail.com", true},   {L"@gmail.com", true},         {L"\u5F20@163.com", true},
-      {L"", false},                 {L"alice", false},             {L"alice@Gmail.com", false},
-      {L"alice@gmail.com ", false}, {L"a@b@gmail.com", false},     {L"alice@example.org", false},
-      {L"alice@gmail.co", false},   {L"alice@mail.gmail.com", false},
+      {L"alice@gmail.com", true},
+      {L"@gmail.com", true},
+      {L"\u5F20@163.com", true},
+      {L"", false},
+      {L"alice", false},
+      {L"alice@Gmail.com", false},
+      {L"alice@gmail.com ", false},
+      {L"a@b@gmail.com", false},
+      {L"alice@example.org", false},
+      {L"alice@gmail.co", false},
+      {L"alice@mail.gmail.com", false},
   };
-  for (const auto& [text, expected] : cases) EXPECT_EQ(expected, LoginUserStore::IsKnownAccountName(text)) << Utf8Of(text);
+  for (const auto& [text, expected] : cases)
+    EXPECT_EQ(expected, LoginUserStore::IsKnownAccountName(text)) << Utf8Of(text);
 }
 
 TEST(AccountNameTest, FourteenDistinctDomainsEachWithItsAt) {
@@ -294,10 +303,10 @@ TEST_F(NicknameReplyTest, RepliesWithoutANicknameDropTheClient) {
       "alice@gmail.com:   ",
       "alice@gmail.com:()",
       "alice@gmail.com:(",
-      "alice@gmail.com",             // no colon
-      ":(Alice)",                    // colon first
-      "bob@gmail.com:(Bob)",         // another account
-      "ALICE@gmail.com:(Alice)",     // accounts compare exactly
+      "alice@gmail.com",          // no colon
+      ":(Alice)",                 // colon first
+      "bob@gmail.com:(Bob)",      // another account
+      "ALICE@gmail.com:(Alice)",  // accounts compare exactly
       "",
   };
   for (const auto& raw : cases) {
