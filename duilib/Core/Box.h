@@ -1,0 +1,57 @@
+#pragma once
+// A control that holds others and places them through its layout. It owns its children.
+#include <memory>
+#include <vector>
+
+#include "duilib/Core/Control.h"
+#include "duilib/Core/Layout.h"
+#include "toolkit/export.h"
+
+namespace mivo::duilib {
+
+class MIVO_COMMON_API Box : public Control {
+ public:
+  explicit Box(Layout* layout = new Layout());
+  ~Box() override;
+
+  // The layout's names first ("padding", "childmargin"), then the control's.
+  void SetAttribute(const std::wstring& name, const std::wstring& value) override;
+
+  // Takes ownership; false for null or a control that already has a parent.
+  bool Add(Control* child);
+  bool AddAt(Control* child, size_t index);
+  // Deletes the child; false if it is not one.
+  bool Remove(Control* child);
+  void RemoveAll();
+  size_t GetCount() const { return m_items.size(); }
+  Control* GetItemAt(size_t index) const { return index < m_items.size() ? m_items[index] : nullptr; }
+  const std::vector<Control*>& GetItems() const { return m_items; }
+  // The first control named `name` in this box's subtree (the box itself included), or null.
+  Control* FindSubControl(const std::wstring& name);
+
+  Layout* GetLayout() const { return m_layout.get(); }
+
+  void SetWindow(Window* window, Box* parent) override;
+  // Takes the rectangle and lays the children out inside it, less the padding.
+  void SetPos(UiRect pos) override;
+  // Auto sizes come from the children (AjustSizeByChild); other sizes stay as they are.
+  UiSize EstimateSize(UiSize available) override;
+  // Lays the children out again within the current rectangle.
+  void Arrange() override;
+
+ private:
+  std::unique_ptr<Layout> m_layout;
+  std::vector<Control*> m_items;
+};
+
+class MIVO_COMMON_API VBox : public Box {
+ public:
+  VBox() : Box(new VLayout()) {}
+};
+
+class MIVO_COMMON_API HBox : public Box {
+ public:
+  HBox() : Box(new HLayout()) {}
+};
+
+}  // namespace mivo::duilib

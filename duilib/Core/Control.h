@@ -1,0 +1,127 @@
+#pragma once
+// The base control: every skin element is one, and every attribute of the element reaches it
+// through SetAttribute. This class holds what those attributes set; painting and input come
+// with the window layer.
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "duilib/Core/PlaceHolder.h"
+#include "duilib/Core/UiTypes.h"
+#include "toolkit/export.h"
+
+namespace mivo::duilib {
+
+// What a control's fade effects are set to; the animation player runs them.
+struct FadeSettings {
+  bool alpha = false;      // fade the alpha when shown or hidden
+  bool hot = false;        // fade between normal and hot
+  bool width = false;      // animate the width when shown or hidden
+  bool height = false;     // animate the height when shown or hidden
+  bool inOutX = false;     // slide in and out horizontally
+  int inOutXDirection = 0; // 0 from the left, 1 from the right
+  bool inOutY = false;     // slide in and out vertically
+  int inOutYDirection = 0; // 0 from the top, 1 from the bottom
+};
+
+struct GradientSettings {
+  bool enabled = false;
+  std::wstring beginColor, endColor;
+  bool vertical = false;
+  int steps = 0;
+};
+
+// Image sets by index: background 0, foreground 1; check boxes add their selected ones.
+enum ImageSet { kImageSetBackground = 0, kImageSetForeground = 1, kImageSetSelected = 2, kImageSetSelectedFore = 3 };
+constexpr int kImageSetCount = 4;
+
+class MIVO_COMMON_API Control : public PlaceHolder {
+ public:
+  Control() = default;
+  ~Control() override = default;
+
+  // Applies one attribute; names and keywords compare exactly. Unknown names are ignored.
+  virtual void SetAttribute(const std::wstring& name, const std::wstring& value);
+  // Applies a list of the form  name="value" name2="value2" , in order.
+  void ApplyAttributeList(const std::wstring& list);
+
+  // State 1 (hot) also switches the hot fade on.
+  void SetStateColor(ControlStateType state, const std::wstring& color);
+  const std::wstring& GetStateColor(ControlStateType state) const { return m_stateColors[state]; }
+  void SetStateImage(ControlStateType state, const std::wstring& image);  // the background set
+  void SetForeStateImage(ControlStateType state, const std::wstring& image);
+  const std::wstring& GetImage(ImageSet set, ControlStateType state) const { return m_images[set][state]; }
+
+  // Fields, in the order of the attribute table.
+  const std::wstring& GetBkColor() const { return m_bkColor; }
+  const std::wstring& GetBorderColor() const { return m_borderColor; }
+  const GradientSettings& GetGradient() const { return m_gradient; }
+  int GetBorderSize() const { return m_borderSize; }
+  const UiRect& GetSideBorderSize() const { return m_sideBorderSize; }  // left, top, right, bottom
+  const UiSize& GetBorderRound() const { return m_borderRound; }
+  bool IsDrawGdiplus() const { return m_drawGdiplus; }
+  bool IsDrawGdiplusRound() const { return m_drawGdiplusRound; }
+  uint32_t GetGdiPenRoundColor() const { return m_gdiPenRoundColor; }  // 0xAABBGGRR
+  const std::wstring& GetBkImage() const { return m_bkImage; }
+  const std::wstring& GetToolTipText() const { return m_toolTipText; }
+  const std::wstring& GetToolTipTextId() const { return m_toolTipTextId; }
+  const std::wstring& GetDataId() const { return m_dataId; }
+  bool IsEnabled() const { return m_enabled; }
+  bool IsMouseEnabled() const { return m_mouseEnabled; }
+  bool IsKeyboardEnabled() const { return m_keyboardEnabled; }
+  bool IsContextMenuUsed() const { return m_contextMenu; }
+  bool IsNoFocus() const { return m_noFocus; }
+  int GetAlpha() const { return m_alpha; }
+  ControlStateType GetState() const { return m_state; }
+  int GetHotAlpha() const { return m_hotAlpha; }
+  CursorType GetCursorType() const { return m_cursorType; }
+  const UiSize& GetRenderOffset() const { return m_renderOffset; }
+  const FadeSettings& GetFade() const { return m_fade; }
+  bool IsFadeVisible() const { return m_fadeVisible; }
+  int GetGifPlayLimit() const { return m_gifPlayLimit; }
+  int GetGifStopType() const { return m_gifStopType; }  // 0 first, 1 current, 2 last frame
+  bool IsEmptyCenter() const { return m_emptyCenter; }
+  int GetImageLayout() const { return m_imageLayout; }  // 0 compress, 1 cut, 2 scale
+
+  void SetEnabled(bool enabled);
+  void SetState(ControlStateType state);
+
+ protected:
+  // Repaints, or lays the ancestors out again when the control sizes itself to its content
+  // (an image can change that size).
+  void RepaintOrArrangeForImage();
+
+  std::wstring m_bkColor;
+  std::array<std::wstring, kControlStateCount> m_stateColors;
+  std::wstring m_borderColor;
+  GradientSettings m_gradient;
+  int m_borderSize = 0;
+  UiRect m_sideBorderSize;
+  UiSize m_borderRound;
+  bool m_drawGdiplus = false;
+  bool m_drawGdiplusRound = false;
+  uint32_t m_gdiPenRoundColor = 0;
+  std::wstring m_bkImage;
+  std::array<std::array<std::wstring, kControlStateCount>, kImageSetCount> m_images;
+  std::wstring m_toolTipText;
+  std::wstring m_toolTipTextId;
+  std::wstring m_dataId;
+  bool m_enabled = true;
+  bool m_mouseEnabled = true;
+  bool m_keyboardEnabled = true;
+  bool m_contextMenu = false;
+  bool m_noFocus = false;
+  int m_alpha = 255;
+  ControlStateType m_state = kControlStateNormal;
+  int m_hotAlpha = 0;
+  CursorType m_cursorType = kCursorArrow;
+  UiSize m_renderOffset;
+  FadeSettings m_fade;
+  bool m_fadeVisible = false;
+  int m_gifPlayLimit = 0;
+  int m_gifStopType = 0;
+  bool m_emptyCenter = false;
+  int m_imageLayout = 0;
+};
+
+}  // namespace mivo::duilib

@@ -1,0 +1,57 @@
+#include "duilib/Core/GlobalManager.h"
+
+#include <cstdint>
+
+namespace mivo::duilib {
+
+namespace {
+
+struct Shared {
+  std::map<std::wstring, std::wstring> classes;
+  std::function<std::wstring(const std::wstring&)> textResolver;
+  bool dpiScaleEnabled = false;
+  int dpiPercent = 100;
+};
+
+Shared& State() {
+  static Shared shared;
+  return shared;
+}
+
+}  // namespace
+
+void GlobalManager::AddClass(const std::wstring& name, const std::wstring& attributeList) {
+  State().classes[name] = attributeList;
+}
+
+std::wstring GlobalManager::GetClassAttributes(const std::wstring& name) {
+  auto found = State().classes.find(name);
+  return found == State().classes.end() ? std::wstring() : found->second;
+}
+
+void GlobalManager::RemoveAllClasses() { State().classes.clear(); }
+
+void GlobalManager::SetTextResolver(std::function<std::wstring(const std::wstring&)> resolver) {
+  State().textResolver = std::move(resolver);
+}
+
+std::wstring GlobalManager::GetTextById(const std::wstring& id) {
+  return State().textResolver ? State().textResolver(id) : id;
+}
+
+void GlobalManager::SetDpiScale(bool enabled, int percent) {
+  State().dpiScaleEnabled = enabled;
+  State().dpiPercent = percent;
+}
+
+bool GlobalManager::IsDpiScaleEnabled() { return State().dpiScaleEnabled; }
+
+int GlobalManager::GetDpiScalePercent() { return State().dpiPercent; }
+
+int GlobalManager::ScaleByDpi(int value) {
+  int64_t product = static_cast<int64_t>(value) * State().dpiPercent;
+  int64_t half = product >= 0 ? 50 : -50;
+  return static_cast<int>((product + half) / 100);
+}
+
+}  // namespace mivo::duilib

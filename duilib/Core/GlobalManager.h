@@ -1,0 +1,33 @@
+#pragma once
+// What the framework shares process-wide: the skin's class table (named attribute lists that
+// the "class" attribute applies), the string table that text ids resolve through, and the
+// DPI scale. One UI thread uses it; nothing here is locked.
+#include <functional>
+#include <map>
+#include <string>
+
+#include "toolkit/export.h"
+
+namespace mivo::duilib {
+
+class MIVO_COMMON_API GlobalManager {
+ public:
+  // A class: a name for an attribute list written  name="value" name2="value2" .
+  static void AddClass(const std::wstring& name, const std::wstring& attributeList);
+  // The list, or "" for an unknown class.
+  static std::wstring GetClassAttributes(const std::wstring& name);
+  static void RemoveAllClasses();
+
+  // Text ids ("STRID_...") become text through the resolver; without one the id stays.
+  static void SetTextResolver(std::function<std::wstring(const std::wstring&)> resolver);
+  static std::wstring GetTextById(const std::wstring& id);
+
+  // With scaling on, pixel values from skins are scaled by `percent` (100: unchanged).
+  static void SetDpiScale(bool enabled, int percent);
+  static bool IsDpiScaleEnabled();
+  static int GetDpiScalePercent();
+  // value × percent ÷ 100, rounded half away from zero like MulDiv.
+  static int ScaleByDpi(int value);
+};
+
+}  // namespace mivo::duilib

@@ -1,0 +1,62 @@
+#pragma once
+// How a box places its children. The plain layout places each child on its own (the float
+// rule); VLayout stacks them top to bottom, HLayout left to right, sharing the space that is
+// left among "stretch" children.
+#include <string>
+#include <vector>
+
+#include "duilib/Core/UiTypes.h"
+#include "toolkit/export.h"
+
+namespace mivo::duilib {
+
+class Box;
+class Control;
+
+class MIVO_COMMON_API Layout {
+ public:
+  Layout() = default;
+  virtual ~Layout() = default;
+  Layout(const Layout&) = delete;
+  Layout& operator=(const Layout&) = delete;
+
+  void SetOwner(Box* owner) { m_owner = owner; }
+  Box* GetOwner() const { return m_owner; }
+
+  // "padding" (rect) and "childmargin" (int); false for every other name.
+  virtual bool SetAttribute(const std::wstring& name, const std::wstring& value);
+
+  const UiRect& GetPadding() const { return m_padding; }
+  void SetPadding(const UiRect& padding);
+  int GetChildMargin() const { return m_childMargin; }
+  void SetChildMargin(int margin);
+
+  // Gives every visible child its rectangle inside `rc` (the box's rectangle less padding);
+  // returns the size used.
+  virtual UiSize ArrangeChild(const std::vector<Control*>& items, UiRect rc);
+  // The size the children need within `available`, padding included.
+  virtual UiSize AjustSizeByChild(const std::vector<Control*>& items, UiSize available);
+
+  // The float rule: the child at its estimated size (stretch fills the container less its
+  // margin), placed by its alignment and margin inside `container`. Returns the size given.
+  static UiSize SetFloatPos(Control* child, UiRect container);
+
+ protected:
+  Box* m_owner = nullptr;
+  UiRect m_padding;
+  int m_childMargin = 0;
+};
+
+class MIVO_COMMON_API VLayout : public Layout {
+ public:
+  UiSize ArrangeChild(const std::vector<Control*>& items, UiRect rc) override;
+  UiSize AjustSizeByChild(const std::vector<Control*>& items, UiSize available) override;
+};
+
+class MIVO_COMMON_API HLayout : public Layout {
+ public:
+  UiSize ArrangeChild(const std::vector<Control*>& items, UiRect rc) override;
+  UiSize AjustSizeByChild(const std::vector<Control*>& items, UiSize available) override;
+};
+
+}  // namespace mivo::duilib
