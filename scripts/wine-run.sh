@@ -17,7 +17,11 @@ if [ ! -f "$prefix/.mivo-ready" ]; then
       # a crash ends the process instead of waiting in winedbg
       "$wine" reg delete 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /f >/dev/null 2>&1 || true
       "$wine" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 || true
-
+      # The desktop that wineboot started still uses the driver it came up with, and windows
+      # of later programs fail on it: end this session so the next one starts with the null
+      # driver throughout.
+      wineserver -k >/dev/null 2>&1 || true
+      wineserver -w >/dev/null 2>&1 || true
       touch "$prefix/.mivo-ready"
     fi
   ) 9>"$prefix.lock"
