@@ -3,6 +3,7 @@
 #include <openssl/opensslv.h>
 #include <openssl/provider.h>
 
+#include <cstdlib>
 #include <mutex>
 #include <new>
 
@@ -18,10 +19,19 @@ CryptoFactory* CryptoFactory::inst_ = nullptr;
 namespace {
 
 // RC4, single DES and DESX live in the legacy provider; loading it by name stops the default
-// one from loading by itself, so both are loaded.
+// one from loading by itself, so both are loaded. They stay until the factory goes at exit.
+OSSL_PROVIDER* g_defaultProvider = nullptr;
+OSSL_PROVIDER* g_legacyProvider = nullptr;
+
 void LoadProviders() {
-  OSSL_PROVIDER_load(nullptr, "default");
-  OSSL_PROVIDER_load(nullptr, "legacy");
+  g_defaultProvider = OSSL_PROVIDER_load(nullptr, "default");
+  g_legacyProvider = OSSL_PROVIDER_load(nullptr, "legacy");
+}
+
+void UnloadProviders() {
+  if (g_legacyProvider) OSSL_PROVIDER_unload(g_legacyProvider);
+  if (g_defaultProvider) OSSL_PROVIDER_unload(g_defaultProvider);
+  g_legacyProvider = g_defaultProvider = nullptr;
 }
 
 void CheckLibraryVersion() {
@@ -38,11 +48,21 @@ CryptoFactory::CryptoFactory() : rng_(nullptr) {
   rng_ = new (std::nothrow) CryptoImpl::RNG();
 }
 
-CryptoFactory::~CryptoFactory() { delete rng_; }
+CryptoFactory::~CryptoFactory() {
+  delete rng_;
+  UnloadProviders();
+}
 
 CryptoFactory* CryptoFactory::instance() {
   static std::once_flag once;
-  std::call_once(once, [] { inst_ = new CryptoFactory(); });
+  std::call_once(once, [] {
+    inst_ = new CryptoFactory();
+    // Registered after the crypto library's own clean-up, so it runs before it.
+    std::atexit([] {
+      delete inst_;
+      inst_ = nullptr;
+    });
+  });
   return inst_;
 }
 
