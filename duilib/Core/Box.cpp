@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "duilib/Core/AttributeValue.h"
+
 namespace mivo::duilib {
 
 Box::Box(Layout* layout) : m_layout(layout ? layout : new Layout()) { m_layout->SetOwner(this); }
@@ -11,7 +13,11 @@ Box::~Box() {
 }
 
 void Box::SetAttribute(const std::wstring& name, const std::wstring& value) {
-  if (!m_layout->SetAttribute(name, value)) Control::SetAttribute(name, value);
+  if (m_layout->SetAttribute(name, value)) return;
+  if (name == L"mousechild")
+    m_mouseChild = attr::ParseBool(value);
+  else
+    Control::SetAttribute(name, value);
 }
 
 bool Box::Add(Control* child) { return AddAt(child, m_items.size()); }
@@ -51,6 +57,19 @@ Control* Box::FindSubControl(const std::wstring& name) {
   return nullptr;
 }
 
+Control* Box::FindControlAt(UiPoint pt) {
+  if (!IsVisible() || !GetPos().Contains(pt)) return nullptr;
+  if (m_mouseChild) {
+    for (bool floating : {true, false}) {
+      for (auto it = m_items.rbegin(); it != m_items.rend(); ++it) {
+        if ((*it)->IsFloat() != floating) continue;
+        if (Control* found = (*it)->FindControlAt(pt)) return found;
+      }
+    }
+  }
+  return HitTest(pt) ? this : nullptr;
+}
+
 void Box::SetWindow(Window* window, Box* parent) {
   Control::SetWindow(window, parent);
   for (Control* child : m_items) child->SetWindow(window, this);
@@ -59,7 +78,8 @@ void Box::SetWindow(Window* window, Box* parent) {
 void Box::SetPos(UiRect pos) {
   Control::SetPos(pos);
   const UiRect& padding = m_layout->GetPadding();
-  UiRect content{pos.left + padding.left, pos.top + padding.top, pos.right - padding.right, pos.bottom - padding.bottom};
+  UiRect content{pos.left + padding.left, pos.top + padding.top, pos.right - padding.right,
+                 pos.bottom - padding.bottom};
   m_layout->ArrangeChild(m_items, content);
 }
 

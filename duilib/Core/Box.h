@@ -14,7 +14,7 @@ class MIVO_COMMON_API Box : public Control {
   explicit Box(Layout* layout = new Layout());
   ~Box() override;
 
-  // The layout's names first ("padding", "childmargin"), then the control's.
+  // The layout's names first ("padding", "childmargin"), then "mousechild", then the control's.
   void SetAttribute(const std::wstring& name, const std::wstring& value) override;
 
   // Takes ownership; false for null or a control that already has a parent.
@@ -31,6 +31,14 @@ class MIVO_COMMON_API Box : public Control {
 
   Layout* GetLayout() const { return m_layout.get(); }
 
+  // The deepest visible control under the point that takes the mouse. Children are clipped to
+  // the box; floating children lie above the others and later ones above earlier ones. A box
+  // or control with the mouse off lets the point through to what is beneath it, and a box
+  // whose children are off for the mouse ("mousechild") takes their part of it itself.
+  Control* FindControlAt(UiPoint pt) override;
+  bool IsMouseChildEnabled() const { return m_mouseChild; }
+  void SetMouseChildEnabled(bool enabled) { m_mouseChild = enabled; }
+
   void SetWindow(Window* window, Box* parent) override;
   // Takes the rectangle and lays the children out inside it, less the padding.
   void SetPos(UiRect pos) override;
@@ -42,6 +50,7 @@ class MIVO_COMMON_API Box : public Control {
  private:
   std::unique_ptr<Layout> m_layout;
   std::vector<Control*> m_items;
+  bool m_mouseChild = true;
 };
 
 class MIVO_COMMON_API VBox : public Box {

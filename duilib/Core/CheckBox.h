@@ -1,13 +1,15 @@
 #pragma once
-// A label with a selected state: while selected it draws with its own colours and images.
-// Written over its base class like the label: CheckBox and CheckBoxBox.
+// A button with a selected state: while selected it draws with its own colours and images,
+// and a click turns the state over. Written over its base class like the label: CheckBox and
+// CheckBoxBox.
 #include <array>
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "duilib/Core/Label.h"
+#include "duilib/Core/Button.h"
 
 namespace mivo::duilib {
 
@@ -22,9 +24,11 @@ class Selectable {
 };
 
 template <typename InheritType = Control>
-class CheckBoxTemplate : public LabelTemplate<InheritType>, public Selectable {
+class CheckBoxTemplate : public ButtonTemplate<InheritType>, public Selectable {
+  using Base = ButtonTemplate<InheritType>;
+
  public:
-  using LabelTemplate<InheritType>::LabelTemplate;
+  using Base::Base;
   // Told the new state after a change that was made with notification requested.
   using SelectChangedCallback = std::function<void(bool selected)>;
 
@@ -44,16 +48,21 @@ class CheckBoxTemplate : public LabelTemplate<InheritType>, public Selectable {
                                 L"selectedforedisabledimage")) >= 0) {
       SetSelectedForeStateImage(static_cast<ControlStateType>(state), value);
     } else {
-      LabelTemplate<InheritType>::SetAttribute(name, value);
+      Base::SetAttribute(name, value);
     }
   }
 
   bool IsSelected() const override { return m_selected; }
+  // With `triggerEvent` the select-changed callbacks hear of a change, then the kEventSelect or
+  // kEventUnSelect handlers.
   void Selected(bool selected, bool triggerEvent) override {
     if (m_selected == selected) return;
     m_selected = selected;
     this->Invalidate();
-    if (triggerEvent) NotifySelectChanged();
+    if (!triggerEvent) return;
+    std::weak_ptr<nbase::WeakFlag> alive = this->GetWeakFlag();
+    NotifySelectChanged();
+    if (!alive.expired()) this->SendEvent(selected ? kEventSelect : kEventUnSelect);
   }
   void AttachSelectChanged(SelectChangedCallback callback) { m_selectChanged.push_back(std::move(callback)); }
 
@@ -78,6 +87,13 @@ class CheckBoxTemplate : public LabelTemplate<InheritType>, public Selectable {
   }
 
  protected:
+  // A click turns the selection over, then the click handlers hear of it.
+  void Activate(UiPoint ptMouse) override {
+    std::weak_ptr<nbase::WeakFlag> alive = this->GetWeakFlag();
+    Selected(!m_selected, true);
+    if (!alive.expired()) Base::Activate(ptMouse);
+  }
+
   void NotifySelectChanged() {
     // A callback may attach another; walk a copy so that cannot invalidate the loop.
     std::vector<SelectChangedCallback> callbacks = m_selectChanged;

@@ -233,6 +233,7 @@ void Control::SetEnabled(bool enabled) {
   if (m_enabled == enabled) return;
   m_enabled = enabled;
   m_state = enabled ? kControlStateNormal : kControlStateDisabled;
+  m_pressed = false;  // its button-up will not come to a disabled control
   Invalidate();
 }
 

@@ -1,11 +1,15 @@
 #pragma once
 // The base control: every skin element is one, and every attribute of the element reaches it
-// through SetAttribute. This class holds what those attributes set; painting and input come
-// with the window layer.
+// through SetAttribute. This class holds what those attributes set, the handlers forms attach
+// to it, and its own reaction to input; painting comes with the window layer.
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "duilib/Core/Events.h"
 #include "duilib/Core/PlaceHolder.h"
 #include "duilib/Core/UiTypes.h"
 #include "toolkit/export.h"
@@ -14,14 +18,14 @@ namespace mivo::duilib {
 
 // What a control's fade effects are set to; the animation player runs them.
 struct FadeSettings {
-  bool alpha = false;      // fade the alpha when shown or hidden
-  bool hot = false;        // fade between normal and hot
-  bool width = false;      // animate the width when shown or hidden
-  bool height = false;     // animate the height when shown or hidden
-  bool inOutX = false;     // slide in and out horizontally
-  int inOutXDirection = 0; // 0 from the left, 1 from the right
-  bool inOutY = false;     // slide in and out vertically
-  int inOutYDirection = 0; // 0 from the top, 1 from the bottom
+  bool alpha = false;       // fade the alpha when shown or hidden
+  bool hot = false;         // fade between normal and hot
+  bool width = false;       // animate the width when shown or hidden
+  bool height = false;      // animate the height when shown or hidden
+  bool inOutX = false;      // slide in and out horizontally
+  int inOutXDirection = 0;  // 0 from the left, 1 from the right
+  bool inOutY = false;      // slide in and out vertically
+  int inOutYDirection = 0;  // 0 from the top, 1 from the bottom
 };
 
 struct GradientSettings {
@@ -86,7 +90,39 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   void SetEnabled(bool enabled);
   void SetState(ControlStateType state);
 
+  // Handlers of a type run in the order they were attached.
+  void AttachEvent(EventType type, EventCallback callback);
+  // A weak handler whose owner is gone is passed over rather than answering false, so a closed
+  // form never silences the handlers attached after its own.
+  template <typename Callable>
+  void AttachEvent(EventType type, nbase::WeakCallback<Callable> callback) {
+    AttachEvent(type, EventCallback([callback](EventArgs* args) { return callback.Expired() || callback(args); }));
+  }
+  void AttachClick(EventCallback callback) { AttachEvent(kEventClick, std::move(callback)); }
+  template <typename Callable>
+  void AttachClick(nbase::WeakCallback<Callable> callback) {
+    AttachEvent(kEventClick, std::move(callback));
+  }
+  void DetachEvent(EventType type);
+  // Runs the handlers of the type, with this control as the sender; false when one stopped the
+  // rest. A handler may destroy the control: nothing after it runs then.
+  bool SendEvent(EventType type, uint64_t wParam = 0, int64_t lParam = 0);
+  bool SendEvent(EventArgs& args);  // a null sender becomes this control
+
+  // The control's own reaction to input from the window; the handlers hear the input after it.
+  // Disabled controls ignore input, and so does a control with the mouse or the keyboard
+  // switched off, the input of that kind.
+  virtual void HandleEvent(EventArgs& args);
+  // Over the control, which shows and takes the mouse.
+  bool HitTest(UiPoint pt) const;
+  // The control that takes the mouse at the point: this one or null (boxes look inside).
+  virtual Control* FindControlAt(UiPoint pt);
+  bool IsFocused() const { return m_focused; }
+
  protected:
+  // A mouse button went down on the control and has not come up yet.
+  bool IsPressed() const { return m_pressed; }
+
   // Repaints, or lays the ancestors out again when the control sizes itself to its content
   // (an image can change that size).
   void RepaintOrArrangeForImage();
@@ -122,6 +158,11 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   int m_gifStopType = 0;
   bool m_emptyCenter = false;
   int m_imageLayout = 0;
+
+ private:
+  std::map<EventType, std::vector<EventCallback>> m_eventCallbacks;
+  bool m_pressed = false;
+  bool m_focused = false;
 };
 
 }  // namespace mivo::duilib

@@ -8,6 +8,8 @@ namespace {
 
 struct Shared {
   std::map<std::wstring, std::wstring> classes;
+  std::map<int, FontInfo> fonts;
+  std::map<std::wstring, std::wstring> textColors;
   std::function<std::wstring(const std::wstring&)> textResolver;
   bool dpiScaleEnabled = false;
   int dpiPercent = 100;
@@ -30,6 +32,26 @@ std::wstring GlobalManager::GetClassAttributes(const std::wstring& name) {
 }
 
 void GlobalManager::RemoveAllClasses() { State().classes.clear(); }
+
+void GlobalManager::AddFont(int id, const FontInfo& font) { State().fonts[id] = font; }
+
+const FontInfo* GlobalManager::GetFont(int id) {
+  auto found = State().fonts.find(id);
+  return found == State().fonts.end() ? nullptr : &found->second;
+}
+
+void GlobalManager::RemoveAllFonts() { State().fonts.clear(); }
+
+void GlobalManager::AddTextColor(const std::wstring& name, const std::wstring& value) {
+  State().textColors[name] = value;
+}
+
+std::wstring GlobalManager::GetTextColor(const std::wstring& name) {
+  auto found = State().textColors.find(name);
+  return found == State().textColors.end() ? std::wstring() : found->second;
+}
+
+void GlobalManager::RemoveAllTextColors() { State().textColors.clear(); }
 
 void GlobalManager::SetTextResolver(std::function<std::wstring(const std::wstring&)> resolver) {
   State().textResolver = std::move(resolver);

@@ -1,7 +1,7 @@
 #pragma once
 // What the framework shares process-wide: the skin's class table (named attribute lists that
-// the "class" attribute applies), the string table that text ids resolve through, and the
-// DPI scale. One UI thread uses it; nothing here is locked.
+// the "class" attribute applies), its fonts and named text colours, the string table that
+// text ids resolve through, and the DPI scale. One UI thread uses it; nothing here is locked.
 #include <functional>
 #include <map>
 #include <string>
@@ -10,6 +10,16 @@
 
 namespace mivo::duilib {
 
+// A font as a skin describes it; the window layer makes the GDI font from it.
+struct FontInfo {
+  std::wstring name;
+  int size = 12;  // pixels before DPI scaling
+  bool bold = false;
+  bool underline = false;
+  bool italic = false;
+  friend bool operator==(const FontInfo&, const FontInfo&) = default;
+};
+
 class MIVO_COMMON_API GlobalManager {
  public:
   // A class: a name for an attribute list written  name="value" name2="value2" .
@@ -17,6 +27,17 @@ class MIVO_COMMON_API GlobalManager {
   // The list, or "" for an unknown class.
   static std::wstring GetClassAttributes(const std::wstring& name);
   static void RemoveAllClasses();
+
+  // Fonts by the number that the "font" attribute of a label names; a later one replaces an
+  // earlier one of the same number.
+  static void AddFont(int id, const FontInfo& font);
+  static const FontInfo* GetFont(int id);  // null for an unknown number
+  static void RemoveAllFonts();
+
+  // Colours by name ("TextColor" in a skin): a later one replaces an earlier one.
+  static void AddTextColor(const std::wstring& name, const std::wstring& value);
+  static std::wstring GetTextColor(const std::wstring& name);  // "" for an unknown name
+  static void RemoveAllTextColors();
 
   // Text ids ("STRID_...") become text through the resolver; without one the id stays.
   static void SetTextResolver(std::function<std::wstring(const std::wstring&)> resolver);

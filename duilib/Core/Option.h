@@ -1,6 +1,7 @@
 #pragma once
 // A check box that belongs to a named group of its window: selecting one option of a group
 // deselects the others, like radio buttons. Written over its base class: Option and OptionBox.
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,14 @@ class OptionTemplate : public CheckBoxTemplate<InheritType> {
   void Selected(bool selected, bool triggerEvent) override {
     Base::Selected(selected, triggerEvent);
     if (selected) DeselectOthers(triggerEvent);
+  }
+
+ protected:
+  // Like a radio button, a click only ever selects: an option is deselected by another.
+  void Activate(UiPoint ptMouse) override {
+    std::weak_ptr<nbase::WeakFlag> alive = this->GetWeakFlag();
+    Selected(true, true);
+    if (!alive.expired()) ButtonTemplate<InheritType>::Activate(ptMouse);
   }
 
  private:

@@ -3,10 +3,17 @@
 
 namespace mivo::duilib {
 
+struct UiPoint {
+  int x = 0, y = 0;
+  friend bool operator==(const UiPoint&, const UiPoint&) = default;
+};
+
 struct UiRect {
   int left = 0, top = 0, right = 0, bottom = 0;
   int GetWidth() const { return right - left; }
   int GetHeight() const { return bottom - top; }
+  // Right and bottom edges are outside, as with Win32's PtInRect: neighbours never share a pixel.
+  bool Contains(UiPoint pt) const { return pt.x >= left && pt.x < right && pt.y >= top && pt.y < bottom; }
   friend bool operator==(const UiRect&, const UiRect&) = default;
 };
 

@@ -17,6 +17,13 @@ void Window::AttachRoot(Box* root) {
 
 Control* Window::FindControl(const std::wstring& name) const { return m_root ? m_root->FindSubControl(name) : nullptr; }
 
+void Window::SetAttribute(const std::wstring& name, const std::wstring& value) { m_attributes[name] = value; }
+
+std::wstring Window::GetAttribute(const std::wstring& name) const {
+  auto found = m_attributes.find(name);
+  return found == m_attributes.end() ? std::wstring() : found->second;
+}
+
 bool Window::AddOptionGroup(const std::wstring& group, Control* control) {
   if (group.empty() || !control) return false;
   auto& members = m_optionGroups[group];

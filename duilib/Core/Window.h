@@ -25,6 +25,12 @@ class MIVO_COMMON_API Window {
   Box* GetRoot() const { return m_root; }
   Control* FindControl(const std::wstring& name) const;
 
+  // The skin's attributes for the window itself (size, caption, roundcorner, sizebox, ...),
+  // kept as written; the Win32 window interprets them.
+  virtual void SetAttribute(const std::wstring& name, const std::wstring& value);
+  std::wstring GetAttribute(const std::wstring& name) const;  // "" when not set
+  const std::map<std::wstring, std::wstring>& GetAttributes() const { return m_attributes; }
+
   // Option groups: the members of each group in the order they joined.
   bool AddOptionGroup(const std::wstring& group, Control* control);
   void RemoveOptionGroup(const std::wstring& group, Control* control);
@@ -32,6 +38,7 @@ class MIVO_COMMON_API Window {
 
  private:
   Box* m_root = nullptr;
+  std::map<std::wstring, std::wstring> m_attributes;
   std::map<std::wstring, std::vector<Control*>> m_optionGroups;
 };
 

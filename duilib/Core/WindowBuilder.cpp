@@ -1,0 +1,285 @@
+#include "duilib/Core/WindowBuilder.h"
+
+#include <tinyxml.h>
+
+#include <cwctype>
+#include <memory>
+#include <vector>
+
+#include "duilib/Core/AttributeValue.h"
+#include "duilib/Core/Box.h"
+#include "duilib/Core/Button.h"
+#include "duilib/Core/CheckBox.h"
+#include "duilib/Core/GlobalManager.h"
+#include "duilib/Core/Label.h"
+#include "duilib/Core/ListBox.h"
+#include "duilib/Core/Option.h"
+#include "duilib/Core/SkinXmlScan.h"
+#include "duilib/Core/Window.h"
+#include "toolkit/File.h"
+#include "toolkit/Utf8.h"
+
+namespace mivo::duilib {
+
+namespace {
+
+// Far beyond any real skin; a larger file is not one.
+constexpr unsigned long long kMaxSkinBytes = 16ull << 20;
+
+using ControlList = std::vector<std::unique_ptr<Control>>;
+
+std::wstring Wide(const char* utf8) {
+  std::wstring out;
+  if (utf8) toolkit::Utf8ToWide(utf8, std::char_traits<char>::length(utf8), out);
+  return out;
+}
+
+std::wstring AttributeOf(const TiXmlElement& element, const char* name) { return Wide(element.Attribute(name)); }
+
+bool ReadSkinFile(const std::wstring& path, std::string& bytes) {
+  try {
+    CFile file;
+    if (!file.Open(path.c_str(), CFile::modeRead | CFile::shareDenyNone | CFile::typeBinary)) return false;
+    ULONGLONG length = file.GetLength();
+    if (length > kMaxSkinBytes) return false;
+    bytes.resize(static_cast<size_t>(length));
+    bytes.resize(bytes.empty() ? 0 : file.Read(bytes.data(), static_cast<UINT>(bytes.size())));
+    return true;
+  } catch (CException* e) {
+    e->Delete();
+    return false;
+  }
+}
+
+// Parses the text as TinyXML's LoadFile would (line ends made "\n"), after making it valid
+// UTF-8 (each broken sequence one U+FFFD), so that the nesting scan and TinyXML read it alike.
+// Null when it is malformed or nested deeper than `limit`.
+std::unique_ptr<TiXmlDocument> ParseSkin(const std::string& bytes, int limit) {
+  std::string lines;
+  lines.reserve(bytes.size());
+  for (size_t i = 0; i < bytes.size(); ++i) {
+    lines.push_back(bytes[i] == '\r' ? '\n' : bytes[i]);
+    if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
+  }
+  std::wstring wide;
+  toolkit::Utf8ToWide(lines.data(), lines.size(), wide);
+  std::string text;
+  toolkit::WideToUtf8(wide.data(), wide.size(), text);
+  if (!SkinNestingWithin(text.c_str(), limit)) return nullptr;
+  auto doc = std::make_unique<TiXmlDocument>();
+  doc->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
+  if (doc->Error() || !doc->RootElement()) return nullptr;
+  return doc;
+}
+
+// The path inside the skin folder that `relative` names, "\"-separated with "." and ".."
+// resolved; false for an absolute path, a drive, a stream name, or one that climbs out.
+// Segments of dots and blanks only are refused too: Windows trims those into ".." and "".
+bool InsideFolder(const std::wstring& relative, std::wstring& normalized) {
+  if (relative.empty() || relative[0] == L'\\' || relative[0] == L'/' || relative.find(L':') != std::wstring::npos)
+    return false;
+  std::vector<std::wstring> parts;
+  size_t at = 0;
+  while (at <= relative.size()) {
+    size_t end = relative.find_first_of(L"\\/", at);
+    if (end == std::wstring::npos) end = relative.size();
+    std::wstring part = relative.substr(at, end - at);
+    at = end + 1;
+    if (part.empty() || part == L".") continue;
+    if (part == L"..") {
+      if (parts.empty()) return false;
+      parts.pop_back();
+    } else if (part.find_last_not_of(L". ") == std::wstring::npos) {
+      return false;
+    } else {
+      parts.push_back(part);
+    }
+  }
+  if (parts.empty()) return false;
+  normalized.clear();
+  for (const std::wstring& part : parts) normalized += (normalized.empty() ? L"" : L"\\") + part;
+  return true;
+}
+
+std::wstring JoinPath(const std::wstring& folder, const std::wstring& file) {
+  if (folder.empty() || folder.back() == L'\\' || folder.back() == L'/') return folder + file;
+  return folder + L'\\' + file;
+}
+
+// File names compare as Windows compares them, without regard to case.
+std::wstring FileKey(std::wstring path) {
+  for (wchar_t& c : path) c = static_cast<wchar_t>(std::towlower(c == L'/' ? L'\\' : c));
+  return path;
+}
+
+Control* MakeControl(const std::string& tag) {
+  struct Maker {
+    const char* tag;
+    Control* (*make)();
+  };
+  static const Maker kMakers[] = {
+      {"Control", []() -> Control* { return new Control(); }},
+      {"Box", []() -> Control* { return new Box(); }},
+      {"VBox", []() -> Control* { return new VBox(); }},
+      {"HBox", []() -> Control* { return new HBox(); }},
+      {"Label", []() -> Control* { return new Label(); }},
+      {"LabelBox", []() -> Control* { return new LabelBox(); }},
+      {"Button", []() -> Control* { return new Button(); }},
+      {"ButtonBox", []() -> Control* { return new ButtonBox(); }},
+      {"CheckBox", []() -> Control* { return new CheckBox(); }},
+      {"CheckBoxBox", []() -> Control* { return new CheckBoxBox(); }},
+      {"Option", []() -> Control* { return new Option(); }},
+      {"OptionBox", []() -> Control* { return new OptionBox(); }},
+      {"ListBox", []() -> Control* { return new ListBox(); }},
+      {"ListContainerElement", []() -> Control* { return new ListContainerElement(); }},
+  };
+  for (const Maker& maker : kMakers)
+    if (tag == maker.tag) return maker.make();
+  return nullptr;
+}
+
+bool IsResourceTag(const std::string& tag) { return tag == "Class" || tag == "Font" || tag == "TextColor"; }
+
+// One skin being built: the state its includes share.
+class SkinReader {
+ public:
+  SkinReader(const std::wstring& folder, const CreateControlCallback& callback)
+      : m_folder(folder), m_callback(callback) {}
+
+  std::vector<std::wstring>& OpenFiles() { return m_openFiles; }
+
+  // The controls a document's root element stands for, at `depth` (the root's own level).
+  void BuildDocument(const TiXmlElement& root, int depth, ControlList& out) {
+    if (root.ValueStr() != "Window") {
+      AddControl(root, depth, out);
+      return;
+    }
+    // Resources first: the controls' "class" and "font" attributes refer to them.
+    for (const TiXmlElement* e = root.FirstChildElement(); e; e = e->NextSiblingElement()) LoadResource(*e);
+    BuildChildren(root, depth + 1, out);
+  }
+
+ private:
+  void LoadResource(const TiXmlElement& e) {
+    const std::string& tag = e.ValueStr();
+    if (tag == "Class") {
+      std::wstring name = AttributeOf(e, "name");
+      if (!name.empty()) GlobalManager::AddClass(name, AttributeOf(e, "value"));
+    } else if (tag == "Font") {
+      FontInfo font;
+      font.name = AttributeOf(e, "name");
+      if (e.Attribute("size")) font.size = attr::ParseInt(AttributeOf(e, "size"));
+      font.bold = attr::ParseBool(AttributeOf(e, "bold"));
+      font.underline = attr::ParseBool(AttributeOf(e, "underline"));
+      font.italic = attr::ParseBool(AttributeOf(e, "italic"));
+      // A font without a number takes its place among the fonts of the skin.
+      int id = e.Attribute("id") ? attr::ParseInt(AttributeOf(e, "id")) : m_fontsSeen;
+      ++m_fontsSeen;
+      GlobalManager::AddFont(id, font);
+    } else if (tag == "TextColor") {
+      std::wstring name = AttributeOf(e, "name");
+      if (!name.empty()) GlobalManager::AddTextColor(name, AttributeOf(e, "value"));
+    }
+  }
+
+  // Resources belong to the Window element; anywhere else they are passed over.
+  void BuildChildren(const TiXmlElement& parent, int depth, ControlList& out) {
+    for (const TiXmlElement* e = parent.FirstChildElement(); e; e = e->NextSiblingElement()) {
+      if (e->ValueStr() == "Include")
+        Include(*e, depth, out);
+      else if (!IsResourceTag(e->ValueStr()))
+        AddControl(*e, depth, out);
+    }
+  }
+
+  void AddControl(const TiXmlElement& e, int depth, ControlList& out) {
+    if (depth > WindowBuilder::kMaxNesting) return;
+    std::unique_ptr<Control> control(MakeControl(e.ValueStr()));
+    if (!control && m_callback) control.reset(m_callback(Wide(e.Value())));
+    if (!control) return;
+    for (const TiXmlAttribute* a = e.FirstAttribute(); a; a = a->Next())
+      control->SetAttribute(Wide(a->Name()), Wide(a->Value()));
+    if (auto* box = dynamic_cast<Box*>(control.get())) {
+      ControlList children;
+      BuildChildren(e, depth + 1, children);
+      for (auto& child : children)
+        if (box->Add(child.get())) child.release();
+    }
+    out.push_back(std::move(control));
+  }
+
+  void Include(const TiXmlElement& e, int depth, ControlList& out) {
+    std::wstring relative;
+    if (m_folder.empty() || m_includeDepth >= WindowBuilder::kMaxIncludeDepth ||
+        !InsideFolder(AttributeOf(e, "source"), relative))
+      return;
+    std::wstring key = FileKey(relative);
+    for (const std::wstring& open : m_openFiles)
+      if (open == key) return;  // a file that includes itself, directly or not
+    std::string bytes;
+    if (!ReadSkinFile(JoinPath(m_folder, relative), bytes)) return;
+    // The included root takes the Include element's place, and its level.
+    std::unique_ptr<TiXmlDocument> doc = ParseSkin(bytes, WindowBuilder::kMaxNesting - depth + 1);
+    if (!doc) return;
+    m_openFiles.push_back(key);
+    ++m_includeDepth;
+    BuildDocument(*doc->RootElement(), depth, out);
+    --m_includeDepth;
+    m_openFiles.pop_back();
+  }
+
+  const std::wstring& m_folder;
+  const CreateControlCallback& m_callback;
+  std::vector<std::wstring> m_openFiles;
+  int m_includeDepth = 0;
+  int m_fontsSeen = 0;
+};
+
+}  // namespace
+
+Control* WindowBuilder::Create(const std::wstring& skinFolder, const std::wstring& xmlFile,
+                               CreateControlCallback callback, Window* window, Box* parent) {
+  m_windowAttributes.clear();
+  std::wstring relative;
+  if (!InsideFolder(xmlFile, relative)) relative = xmlFile;
+  std::string bytes;
+  if (!ReadSkinFile(JoinPath(skinFolder, relative), bytes)) return nullptr;
+  return Build(bytes, skinFolder, FileKey(relative), std::move(callback), window, parent);
+}
+
+Control* WindowBuilder::CreateFromString(const std::string& utf8Xml, CreateControlCallback callback, Window* window,
+                                         Box* parent, const std::wstring& skinFolder) {
+  m_windowAttributes.clear();
+  return Build(utf8Xml, skinFolder, std::wstring(), std::move(callback), window, parent);
+}
+
+Control* WindowBuilder::Build(const std::string& bytes, const std::wstring& skinFolder, const std::wstring& fileKey,
+                              CreateControlCallback callback, Window* window, Box* parent) {
+  std::unique_ptr<TiXmlDocument> doc = ParseSkin(bytes, kMaxNesting);
+  if (!doc) return nullptr;
+  const TiXmlElement& root = *doc->RootElement();
+  if (root.ValueStr() == "Window") {
+    for (const TiXmlAttribute* a = root.FirstAttribute(); a; a = a->Next()) {
+      m_windowAttributes[Wide(a->Name())] = Wide(a->Value());
+      if (window) window->SetAttribute(Wide(a->Name()), Wide(a->Value()));
+    }
+  }
+  SkinReader reader(skinFolder, callback);
+  if (!fileKey.empty()) reader.OpenFiles().push_back(fileKey);
+  ControlList controls;
+  reader.BuildDocument(root, 1, controls);
+  // A window has one root control; any later ones go with the document.
+  if (controls.empty()) return nullptr;
+  Control* result = controls.front().release();
+  if (parent) {
+    if (!parent->Add(result)) {
+      delete result;
+      return nullptr;
+    }
+  } else if (window) {
+    result->SetWindow(window, nullptr);
+  }
+  return result;
+}
+
+}  // namespace mivo::duilib
