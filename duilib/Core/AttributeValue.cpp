@@ -1,6 +1,7 @@
 #include "duilib/Core/AttributeValue.h"
 
 #include <cwchar>
+#include <cwctype>
 #include <limits>
 
 namespace mivo::duilib::attr {
@@ -58,6 +59,38 @@ UiSize ParsePair(const std::wstring& value) {
   SkipSeparator(at);
   size.cy = ReadInt(at);
   return size;
+}
+
+bool ParseColor(const std::wstring& value, uint32_t& argb) {
+  size_t first = value.find_first_not_of(L" \t\r\n");
+  if (first == std::wstring::npos) return false;
+  std::wstring text = value.substr(first, value.find_last_not_of(L" \t\r\n") + 1 - first);
+  const bool hashed = text[0] == L'#';
+  const std::wstring digits = hashed ? text.substr(1) : text;
+  bool hex = digits.size() == 6 || digits.size() == 8;
+  for (wchar_t c : digits) hex = hex && std::iswxdigit(c);
+  if (hex) {
+    uint32_t parsed = static_cast<uint32_t>(std::wcstoul(digits.c_str(), nullptr, 16));
+    argb = digits.size() == 6 ? (0xFF000000u | parsed) : parsed;
+    return true;
+  }
+  if (hashed) return false;
+  static const struct {
+    const wchar_t* name;
+    uint32_t argb;
+  } kNames[] = {
+      {L"transparent", 0x00000000u}, {L"white", 0xFFFFFFFFu}, {L"black", 0xFF000000u},
+      {L"red", 0xFFFF0000u},         {L"green", 0xFF008000u}, {L"blue", 0xFF0000FFu},
+      {L"yellow", 0xFFFFFF00u},      {L"gray", 0xFF808080u},  {L"grey", 0xFF808080u},
+  };
+  for (wchar_t& c : text) c = static_cast<wchar_t>(std::towlower(c));
+  for (const auto& named : kNames) {
+    if (text == named.name) {
+      argb = named.argb;
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace mivo::duilib::attr

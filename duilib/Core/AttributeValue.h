@@ -1,6 +1,7 @@
 #pragma once
 // How skin attribute values are read. Nothing here fails: what is not a number reads as
 // far as its leading digits go, or as 0.
+#include <cstdint>
 #include <string>
 
 #include "duilib/Core/UiTypes.h"
@@ -19,5 +20,10 @@ MIVO_COMMON_API int ParseSize(const std::wstring& value);
 MIVO_COMMON_API UiRect ParseRect(const std::wstring& value);
 // Two integers with one separator character between them.
 MIVO_COMMON_API UiSize ParsePair(const std::wstring& value);
+// A colour written "#AARRGGBB", "#RRGGBB", or as bare hex "AARRGGBB" / "RRGGBB" (the skins'
+// state colours are written "d8ebeb"), or one of a few names ("white", "black", "transparent",
+// ...; any letter case). Six digits are opaque. Blanks around the value are ignored; false
+// for anything else, with `argb` left alone.
+MIVO_COMMON_API bool ParseColor(const std::wstring& value, uint32_t& argb);
 
 }  // namespace mivo::duilib::attr

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "duilib/Core/AttributeValue.h"
+#include "duilib/Render/IRender.h"
 
 namespace mivo::duilib {
 
@@ -98,6 +99,17 @@ void Box::Arrange() {
     ArrangeAncestor();
   else
     SetPos(GetPos());
+}
+
+void Box::Paint(IRenderContext& render) {
+  Control::Paint(render);
+  for (bool floating : {false, true}) {
+    for (Control* child : m_items) {
+      if (!child->IsVisible() || child->IsFloat() != floating) continue;
+      if (render.PushClip(child->GetPos())) child->Paint(render);
+      render.PopClip();
+    }
+  }
 }
 
 }  // namespace mivo::duilib

@@ -46,6 +46,9 @@ class MIVO_COMMON_API Box : public Control {
   UiSize EstimateSize(UiSize available) override;
   // Lays the children out again within the current rectangle.
   void Arrange() override;
+  // The box, then its visible children clipped to themselves (and so to the box): floating
+  // ones last, as they lie above the others.
+  void Paint(IRenderContext& render) override;
 
  private:
   std::unique_ptr<Layout> m_layout;

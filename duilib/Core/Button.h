@@ -16,6 +16,8 @@ class ButtonTemplate : public LabelTemplate<InheritType> {
  public:
   using Base::Base;
 
+  bool WantsClicks() const override { return true; }
+
   // A button-up over the button after a button-down on it is a click. Letting go elsewhere
   // is how a user takes a press back, so that is no click.
   void HandleEvent(EventArgs& args) override {

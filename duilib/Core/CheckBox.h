@@ -87,6 +87,24 @@ class CheckBoxTemplate : public ButtonTemplate<InheritType>, public Selectable {
   }
 
  protected:
+  // While selected, the selected colour and images of the state stand in for the plain ones;
+  // where the skin gives none, the plain ones show.
+  void PaintStateColor(IRenderContext& render) override {
+    if (!m_selected || !this->FillColor(render, Control::ForState(m_selectedColors, this->GetState())))
+      Base::PaintStateColor(render);
+  }
+  void PaintStateImage(IRenderContext& render) override {
+    if (!m_selected) {
+      Base::PaintStateImage(render);
+      return;
+    }
+    if (!this->DrawStateImage(render, kImageSetSelected)) this->DrawStateImage(render, kImageSetBackground);
+    if (!this->DrawStateImage(render, kImageSetSelectedFore)) this->DrawStateImage(render, kImageSetForeground);
+  }
+  const std::wstring& PaintTextColor() const override {
+    return m_selected && !m_selectedTextColor.empty() ? m_selectedTextColor : Base::PaintTextColor();
+  }
+
   // A click turns the selection over, then the click handlers hear of it.
   void Activate(UiPoint ptMouse) override {
     std::weak_ptr<nbase::WeakFlag> alive = this->GetWeakFlag();

@@ -1,7 +1,7 @@
 #pragma once
 // The base control: every skin element is one, and every attribute of the element reaches it
 // through SetAttribute. This class holds what those attributes set, the handlers forms attach
-// to it, and its own reaction to input; painting comes with the window layer.
+// to it, its own reaction to input, and what it paints.
 #include <array>
 #include <cstdint>
 #include <map>
@@ -15,6 +15,8 @@
 #include "toolkit/export.h"
 
 namespace mivo::duilib {
+
+class IRenderContext;
 
 // What a control's fade effects are set to; the animation player runs them.
 struct FadeSettings {
@@ -104,6 +106,7 @@ class MIVO_COMMON_API Control : public PlaceHolder {
     AttachEvent(kEventClick, std::move(callback));
   }
   void DetachEvent(EventType type);
+  bool HasEvent(EventType type) const { return m_eventCallbacks.count(type) > 0; }
   // Runs the handlers of the type, with this control as the sender; false when one stopped the
   // rest. A handler may destroy the control: nothing after it runs then.
   bool SendEvent(EventType type, uint64_t wParam = 0, int64_t lParam = 0);
@@ -118,6 +121,13 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   // The control that takes the mouse at the point: this one or null (boxes look inside).
   virtual Control* FindControlAt(UiPoint pt);
   bool IsFocused() const { return m_focused; }
+  // A control the user clicks: buttons, and any control with click handlers. A window's
+  // caption does not drag the window through it.
+  virtual bool WantsClicks() const { return HasEvent(kEventClick); }
+
+  // Paints the control (a box, its children too) into `render`, already clipped to it: the
+  // background colour and image, the colour and images of its state, the border, the text.
+  virtual void Paint(IRenderContext& render);
 
  protected:
   // A mouse button went down on the control and has not come up yet.
@@ -126,6 +136,24 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   // Repaints, or lays the ancestors out again when the control sizes itself to its content
   // (an image can change that size).
   void RepaintOrArrangeForImage();
+
+  // The parts of Paint, in its order; check boxes paint their selected looks in the state parts.
+  virtual void PaintBkColor(IRenderContext& render);
+  virtual void PaintBkImage(IRenderContext& render);
+  virtual void PaintStateColor(IRenderContext& render);
+  virtual void PaintStateImage(IRenderContext& render);
+  virtual void PaintBorder(IRenderContext& render);
+  virtual void PaintText(IRenderContext& render) {}
+  // Fills the control with a colour as skins name one; false when it resolves to transparent.
+  bool FillColor(IRenderContext& render, const std::wstring& color);
+  // Draws an image description over the control; false when there is none or its path is refused.
+  bool DrawImage(IRenderContext& render, const std::wstring& description);
+  // The image of the set for the current state, as ForState picks it.
+  bool DrawStateImage(IRenderContext& render, ImageSet set);
+  // What a state shows when the skin leaves it empty: pushed looks hot, hot and disabled look
+  // normal.
+  static const std::wstring& ForState(const std::array<std::wstring, kControlStateCount>& values,
+                                      ControlStateType state);
 
   std::wstring m_bkColor;
   std::array<std::wstring, kControlStateCount> m_stateColors;

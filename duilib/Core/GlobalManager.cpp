@@ -2,11 +2,15 @@
 
 #include <cstdint>
 
+#include "duilib/Core/AttributeValue.h"
+
 namespace mivo::duilib {
 
 namespace {
 
 struct Shared {
+  std::wstring resourceRoot;
+  std::wstring skinFolder;
   std::map<std::wstring, std::wstring> classes;
   std::map<int, FontInfo> fonts;
   std::map<std::wstring, std::wstring> textColors;
@@ -20,7 +24,30 @@ Shared& State() {
   return shared;
 }
 
+std::wstring Backslashed(std::wstring path) {
+  for (wchar_t& c : path)
+    if (c == L'/') c = L'\\';
+  return path;
+}
+
 }  // namespace
+
+void GlobalManager::Startup(const std::wstring& resourceRoot, const std::wstring& skinFolder) {
+  State().resourceRoot = Backslashed(resourceRoot);
+  if (!State().resourceRoot.empty() && State().resourceRoot.back() != L'\\') State().resourceRoot += L'\\';
+  std::wstring skin = Backslashed(skinFolder);
+  while (!skin.empty() && skin.back() == L'\\') skin.pop_back();
+  State().skinFolder = skin;
+}
+
+const std::wstring& GlobalManager::GetResourceRoot() { return State().resourceRoot; }
+
+const std::wstring& GlobalManager::GetSkinFolder() { return State().skinFolder; }
+
+std::wstring GlobalManager::GetResourcePath() {
+  if (State().skinFolder.empty()) return State().resourceRoot;
+  return State().resourceRoot + State().skinFolder + L'\\';
+}
 
 void GlobalManager::AddClass(const std::wstring& name, const std::wstring& attributeList) {
   State().classes[name] = attributeList;
@@ -52,6 +79,13 @@ std::wstring GlobalManager::GetTextColor(const std::wstring& name) {
 }
 
 void GlobalManager::RemoveAllTextColors() { State().textColors.clear(); }
+
+uint32_t GlobalManager::ResolveColor(const std::wstring& name) {
+  uint32_t argb = 0;
+  auto found = State().textColors.find(name);
+  if (found != State().textColors.end()) return attr::ParseColor(found->second, argb) ? argb : 0;
+  return attr::ParseColor(name, argb) ? argb : 0;
+}
 
 void GlobalManager::SetTextResolver(std::function<std::wstring(const std::wstring&)> resolver) {
   State().textResolver = std::move(resolver);

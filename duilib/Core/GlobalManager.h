@@ -1,7 +1,9 @@
 #pragma once
-// What the framework shares process-wide: the skin's class table (named attribute lists that
-// the "class" attribute applies), its fonts and named text colours, the string table that
-// text ids resolve through, and the DPI scale. One UI thread uses it; nothing here is locked.
+// What the framework shares process-wide: where the skins are, the skin's class table (named
+// attribute lists that the "class" attribute applies), its fonts and named text colours, the
+// string table that text ids resolve through, and the DPI scale. One UI thread uses it;
+// nothing here is locked.
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -22,6 +24,15 @@ struct FontInfo {
 
 class MIVO_COMMON_API GlobalManager {
  public:
+  // Where the skins are: `resourceRoot` is a folder (a backslash is added when it has none) and
+  // `skinFolder` the skin in use below it ("skins\default"); either may
+  // be written with "/" for "\".
+  static void Startup(const std::wstring& resourceRoot, const std::wstring& skinFolder);
+  static const std::wstring& GetResourceRoot();
+  static const std::wstring& GetSkinFolder();
+  // Root, skin folder and a backslash: where a window's own skin folder lies.
+  static std::wstring GetResourcePath();
+
   // A class: a name for an attribute list written  name="value" name2="value2" .
   static void AddClass(const std::wstring& name, const std::wstring& attributeList);
   // The list, or "" for an unknown class.
@@ -38,6 +49,9 @@ class MIVO_COMMON_API GlobalManager {
   static void AddTextColor(const std::wstring& name, const std::wstring& value);
   static std::wstring GetTextColor(const std::wstring& name);  // "" for an unknown name
   static void RemoveAllTextColors();
+  // A colour as skins name one: an entry of the TextColor table, else a colour value as
+  // attr::ParseColor reads it. 0 (transparent) for anything else.
+  static uint32_t ResolveColor(const std::wstring& name);
 
   // Text ids ("STRID_...") become text through the resolver; without one the id stays.
   static void SetTextResolver(std::function<std::wstring(const std::wstring&)> resolver);

@@ -10,6 +10,7 @@
 #include "duilib/Core/Control.h"
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/UiTypes.h"
+#include "duilib/Render/IRender.h"
 
 namespace mivo::duilib {
 
@@ -119,6 +120,21 @@ class LabelTemplate : public InheritType {
   uint32_t GetTextStyle() const { return m_textStyle; }
 
  protected:
+  // The text inside the padding, in the colour of the state (black when the skin gives none).
+  void PaintText(IRenderContext& render) override {
+    InheritType::PaintText(render);
+    if (m_text.empty()) return;
+    const std::wstring& color = PaintTextColor();
+    const uint32_t argb = color.empty() ? 0xFF000000u : GlobalManager::ResolveColor(color);
+    if ((argb >> 24) == 0) return;
+    const UiRect& pos = this->GetPos();
+    UiRect rc{pos.left + m_textPadding.left, pos.top + m_textPadding.top, pos.right - m_textPadding.right,
+              pos.bottom - m_textPadding.bottom};
+    if (rc.GetWidth() > 0 && rc.GetHeight() > 0) render.DrawString(rc, m_text, argb, m_font, m_textStyle);
+  }
+  // The text colour to paint with now; "" for the default.
+  virtual const std::wstring& PaintTextColor() const { return Control::ForState(m_textColors, this->GetState()); }
+
   // Each keyword found anywhere in the value applies, in this order. The search is by
   // substring on purpose: "vcenter" also matches "center", and it sets DT_CENTER itself, so a
   // label aligned "vcenter" (or "left vcenter") is centred both ways, as the skins expect.

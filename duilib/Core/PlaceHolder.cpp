@@ -1,6 +1,7 @@
 #include "duilib/Core/PlaceHolder.h"
 
 #include "duilib/Core/Box.h"
+#include "duilib/Core/Window.h"
 
 namespace mivo::duilib {
 
@@ -11,6 +12,7 @@ void PlaceHolder::SetWindow(Window* window, Box* parent) {
 
 void PlaceHolder::SetVisible(bool visible) {
   if (m_visible == visible) return;
+  Invalidate();  // what it covered shows again when it hides
   m_visible = visible;
   ArrangeAncestor();
 }
@@ -43,9 +45,16 @@ void PlaceHolder::SetMargin(const UiRect& margin) {
 
 UiSize PlaceHolder::EstimateSize(UiSize) { return UiSize{m_fixedWidth, m_fixedHeight}; }
 
-void PlaceHolder::SetPos(UiRect pos) { m_pos = pos; }
+void PlaceHolder::SetPos(UiRect pos) {
+  if (pos == m_pos) return;
+  Invalidate();  // where it was and where it goes
+  m_pos = pos;
+  Invalidate();
+}
 
-void PlaceHolder::Invalidate() {}
+void PlaceHolder::Invalidate() {
+  if (m_window) m_window->Invalidate(m_pos);
+}
 
 void PlaceHolder::Arrange() {}
 

@@ -66,7 +66,7 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   void SetPlacementPredicate(std::function<bool()> predicate) { m_placementPredicate = std::move(predicate); }
   const std::function<bool()>& GetPlacementPredicate() const { return m_placementPredicate; }
 
-  // Asks for a repaint of the control.
+  // Asks its window for a repaint of the control's rectangle.
   virtual void Invalidate();
   // Asks for the control to be laid out again (its own content).
   virtual void Arrange();

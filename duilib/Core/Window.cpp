@@ -2,17 +2,26 @@
 
 #include <algorithm>
 
+#include "duilib/Core/AttributeValue.h"
 #include "duilib/Core/Box.h"
+#include "duilib/Core/GlobalManager.h"
+#include "duilib/Render/IRender.h"
 
 namespace mivo::duilib {
 
-Window::~Window() { delete m_root; }
+Window::~Window() {
+  ReleaseNative();
+  delete m_root;
+}
 
 void Window::AttachRoot(Box* root) {
   if (root == m_root) return;
-  delete m_root;
+  delete m_root;  // the hot and pushed controls die with it, and their flags with them
   m_root = root;
-  if (m_root) m_root->SetWindow(this, nullptr);
+  if (!m_root) return;
+  m_root->SetWindow(this, nullptr);
+  if (m_clientArea.GetWidth() > 0 || m_clientArea.GetHeight() > 0) m_root->SetPos(m_clientArea);
+  Invalidate(m_clientArea);
 }
 
 Control* Window::FindControl(const std::wstring& name) const { return m_root ? m_root->FindSubControl(name) : nullptr; }
@@ -22,6 +31,26 @@ void Window::SetAttribute(const std::wstring& name, const std::wstring& value) {
 std::wstring Window::GetAttribute(const std::wstring& name) const {
   auto found = m_attributes.find(name);
   return found == m_attributes.end() ? std::wstring() : found->second;
+}
+
+UiSize Window::GetInitialSize() const {
+  UiSize size = attr::ParsePair(GetAttribute(L"size"));
+  if (GlobalManager::IsDpiScaleEnabled()) {
+    size.cx = GlobalManager::ScaleByDpi(size.cx);
+    size.cy = GlobalManager::ScaleByDpi(size.cy);
+  }
+  return UiSize{std::max(size.cx, 0), std::max(size.cy, 0)};
+}
+
+bool Window::IsCaptionAt(UiPoint pt) const {
+  const std::wstring caption = GetAttribute(L"caption");
+  if (caption.empty()) return false;
+  const UiRect inset = attr::ParseRect(caption);
+  const UiRect band{m_clientArea.left + inset.left, m_clientArea.top + inset.top, m_clientArea.right - inset.right,
+                    m_clientArea.top + inset.bottom};
+  if (!band.Contains(pt)) return false;
+  const Control* control = ControlAt(pt);
+  return !control || !control->WantsClicks();
 }
 
 bool Window::AddOptionGroup(const std::wstring& group, Control* control) {
@@ -43,6 +72,40 @@ void Window::RemoveOptionGroup(const std::wstring& group, Control* control) {
 const std::vector<Control*>* Window::GetOptionGroup(const std::wstring& group) const {
   auto found = m_optionGroups.find(group);
   return found == m_optionGroups.end() ? nullptr : &found->second;
+}
+
+void Window::ArrangeRoot(const UiRect& client) {
+  m_clientArea = client;
+  if (m_root) m_root->SetPos(client);
+  Invalidate(client);
+}
+
+void Window::Invalidate(const UiRect& rc) {
+  if (rc.GetWidth() <= 0 || rc.GetHeight() <= 0) return;
+  if (!m_needUpdate) {
+    m_updateRect = rc;
+  } else {
+    m_updateRect = UiRect{std::min(m_updateRect.left, rc.left), std::min(m_updateRect.top, rc.top),
+                          std::max(m_updateRect.right, rc.right), std::max(m_updateRect.bottom, rc.bottom)};
+  }
+  m_needUpdate = true;
+  InvalidateNative(rc);
+}
+
+void Window::Paint(IRenderContext& render) {
+  if (!m_root || !m_root->IsVisible()) return;
+  if (render.PushClip(m_root->GetPos())) m_root->Paint(render);
+  render.PopClip();
+}
+
+UiRect Window::CenterRect(const UiRect& window, const UiRect& around, const UiRect& workArea) {
+  const int width = window.GetWidth(), height = window.GetHeight();
+  int left = around.left + (around.GetWidth() - width) / 2;
+  int top = around.top + (around.GetHeight() - height) / 2;
+  // Keep it on the screen; a window larger than the work area shows its top left.
+  left = std::max(workArea.left, std::min(left, workArea.right - width));
+  top = std::max(workArea.top, std::min(top, workArea.bottom - height));
+  return UiRect{left, top, left + width, top + height};
 }
 
 }  // namespace mivo::duilib

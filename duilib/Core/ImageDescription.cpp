@@ -1,0 +1,152 @@
+#include "duilib/Core/ImageDescription.h"
+
+#include <algorithm>
+#include <cwctype>
+
+#include "duilib/Core/AttributeValue.h"
+#include "duilib/Core/GlobalManager.h"
+
+namespace mivo::duilib {
+
+namespace {
+
+bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
+
+// Appends the "\"- or "/"-separated parts of `path` to `parts`, resolving "." and "..";
+// false when ".." would climb above what `parts` held, or for a part of dots and blanks only
+// (Windows would trim it into ".." or nothing).
+bool AppendParts(const std::wstring& path, std::vector<std::wstring>& parts) {
+  size_t at = 0;
+  while (at <= path.size()) {
+    size_t end = path.find_first_of(L"\\/", at);
+    if (end == std::wstring::npos) end = path.size();
+    std::wstring part = path.substr(at, end - at);
+    at = end + 1;
+    if (part.empty() || part == L".") continue;
+    if (part == L"..") {
+      if (parts.empty()) return false;
+      parts.pop_back();
+    } else if (part.find_last_not_of(L". ") == std::wstring::npos) {
+      return false;
+    } else {
+      parts.push_back(part);
+    }
+  }
+  return true;
+}
+
+void AddPngIfBare(std::wstring& path) {
+  size_t name = path.find_last_of(L"\\/");
+  name = name == std::wstring::npos ? 0 : name + 1;
+  if (name < path.size() && path.find(L'.', name) == std::wstring::npos) path += L".png";
+}
+
+}  // namespace
+
+bool ParseImageDescription(const std::wstring& text, ImageDescription& out) {
+  out = ImageDescription();
+  size_t first = 0;
+  while (first < text.size() && IsBlank(text[first])) ++first;
+  size_t last = text.size();
+  while (last > first && IsBlank(text[last - 1])) --last;
+  const std::wstring trimmed = text.substr(first, last - first);
+  if (trimmed.find(L'=') == std::wstring::npos) {
+    out.file = trimmed;
+    return !out.file.empty();
+  }
+  size_t at = 0;
+  while (at < trimmed.size()) {
+    while (at < trimmed.size() && IsBlank(trimmed[at])) ++at;
+    size_t equals = trimmed.find(L'=', at);
+    if (equals == std::wstring::npos) break;
+    std::wstring name = trimmed.substr(at, equals - at);
+    while (!name.empty() && IsBlank(name.back())) name.pop_back();
+    size_t start = equals + 1, end;
+    if (start < trimmed.size() && (trimmed[start] == L'\'' || trimmed[start] == L'"')) {
+      end = trimmed.find(trimmed[start], start + 1);
+      if (end == std::wstring::npos) end = trimmed.size();
+      ++start;
+      at = end + 1;
+    } else {
+      end = start;
+      while (end < trimmed.size() && !IsBlank(trimmed[end])) ++end;
+      at = end;
+    }
+    const std::wstring value = trimmed.substr(start, end - start);
+    if (name == L"file" || name == L"res") {
+      out.file = value;
+    } else if (name == L"source") {
+      out.source = attr::ParseRect(value);
+    } else if (name == L"dest") {
+      out.dest = attr::ParseRect(value);
+    } else if (name == L"corner") {
+      out.corner = attr::ParseRect(value);
+    } else if (name == L"fade" || name == L"alpha") {
+      out.alpha = std::clamp(attr::ParseInt(value), 0, 255);
+    }
+  }
+  if (out.file.empty()) out = ImageDescription();
+  return !out.file.empty();
+}
+
+std::wstring ResolveImagePath(const std::wstring& file, const std::wstring& windowSkinFolder) {
+  if (file.empty()) return std::wstring();
+  std::wstring path = file;
+  for (wchar_t& c : path)
+    if (c == L'/') c = L'\\';
+  const bool absolute = path[0] == L'\\' || (path.size() > 1 && path[1] == L':');
+  if (!absolute) {
+    // The climb is measured from the resource root, so ".." may leave the window's folder and
+    // the skin's, but never the root itself.
+    std::vector<std::wstring> parts;
+    if (!AppendParts(GlobalManager::GetSkinFolder(), parts) || !AppendParts(windowSkinFolder, parts) ||
+        !AppendParts(path, parts) || parts.empty())
+      return std::wstring();
+    path = GlobalManager::GetResourceRoot();
+    for (size_t i = 0; i < parts.size(); ++i) path += (i ? L"\\" : L"") + parts[i];
+  }
+  AddPngIfBare(path);
+  return path;
+}
+
+namespace {
+
+// Splits the span [from, to) into before / middle / after of the given edge sizes.
+struct Span {
+  int cuts[4];
+};
+
+Span Cut(int from, int to, int before, int after) {
+  const int length = std::max(0, to - from);
+  before = std::max(0, before);
+  after = std::max(0, after);
+  if (before + after > length && before + after > 0) {
+    // too narrow for both edges: each keeps its share
+    before = static_cast<int>(static_cast<long long>(length) * before / (before + after));
+    after = length - before;
+  }
+  return Span{{from, from + before, to - after, to}};
+}
+
+}  // namespace
+
+std::vector<ImagePiece> SplitImage(const UiRect& source, const UiRect& dest, const UiRect& corner) {
+  std::vector<ImagePiece> pieces;
+  const Span sx = Cut(source.left, source.right, corner.left, corner.right);
+  const Span sy = Cut(source.top, source.bottom, corner.top, corner.bottom);
+  // the destination's edges are the source's, unless they do not fit
+  const Span dx = Cut(dest.left, dest.right, sx.cuts[1] - sx.cuts[0], sx.cuts[3] - sx.cuts[2]);
+  const Span dy = Cut(dest.top, dest.bottom, sy.cuts[1] - sy.cuts[0], sy.cuts[3] - sy.cuts[2]);
+  for (int row = 0; row < 3; ++row) {
+    for (int column = 0; column < 3; ++column) {
+      ImagePiece piece{{sx.cuts[column], sy.cuts[row], sx.cuts[column + 1], sy.cuts[row + 1]},
+                       {dx.cuts[column], dy.cuts[row], dx.cuts[column + 1], dy.cuts[row + 1]}};
+      if (piece.source.GetWidth() > 0 && piece.source.GetHeight() > 0 && piece.dest.GetWidth() > 0 &&
+          piece.dest.GetHeight() > 0)
+        pieces.push_back(piece);
+    }
+  }
+  return pieces;
+}
+
+}  // namespace mivo::duilib

@@ -1,0 +1,44 @@
+#pragma once
+// How skins describe an image: either a bare file name ("bk_listitem_selected", "logo.png") or
+// a list  file='x.png' corner='1,1,1,1' fade='200' source='0,0,16,16' dest='2,2,18,18' . The
+// description is read here; where its file lies and how a corner-stretched image splits into
+// pieces is decided here too, so the painters only copy pixels.
+#include <string>
+#include <vector>
+
+#include "duilib/Core/UiTypes.h"
+#include "toolkit/export.h"
+
+namespace mivo::duilib {
+
+struct ImageDescription {
+  std::wstring file;  // as written, or the full path once resolved
+  UiRect source;      // the part of the image to draw; all 0: the whole image
+  UiRect dest;        // where, relative to the control's top left; all 0: the whole control
+  UiRect corner;      // left, top, right, bottom edges that keep their size when stretched
+  int alpha = 255;    // "fade" or "alpha", 0 to 255
+  friend bool operator==(const ImageDescription&, const ImageDescription&) = default;
+};
+
+// False, with `out` reset, for a description without a file. Values are quoted with ' or ";
+// unknown names are passed over.
+MIVO_COMMON_API bool ParseImageDescription(const std::wstring& text, ImageDescription& out);
+
+// The full path of an image file named in a skin. A relative name is taken from the window's
+// skin folder (GlobalManager::GetResourcePath() + windowSkinFolder), ".." climbing from there;
+// a name whose last part has no extension means "<name>.png". "" for a path that would leave
+// the resource root. Absolute paths (with a drive, or a leading backslash) stay as written.
+MIVO_COMMON_API std::wstring ResolveImagePath(const std::wstring& file, const std::wstring& windowSkinFolder);
+
+// One piece of a corner-stretched image: what part of the image goes where.
+struct ImagePiece {
+  UiRect source, dest;
+  friend bool operator==(const ImagePiece&, const ImagePiece&) = default;
+};
+
+// Splits drawing `source` into `dest` by the corner insets: corners keep their size, edges
+// stretch one way, the middle both ways. Without corners it is one piece. Corners wider than
+// the destination shrink in proportion; empty pieces are left out.
+MIVO_COMMON_API std::vector<ImagePiece> SplitImage(const UiRect& source, const UiRect& dest, const UiRect& corner);
+
+}  // namespace mivo::duilib

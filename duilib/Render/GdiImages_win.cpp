@@ -1,0 +1,108 @@
+// Images of the render context: read once per path with GDI+'s decoders and drawn with their
+// corners and alpha; and PNG files written with GDI+'s encoder.
+#include <windows.h>
+// GDI+ needs the COM stream interfaces that WIN32_LEAN_AND_MEAN leaves out
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+#include <algorithm>
+#include <cwctype>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "duilib/Render/GdiRender.h"
+
+namespace mivo::duilib {
+
+namespace {
+
+// GDI+ is started the first time it is needed and left running until the process ends.
+bool StartGdiplus() {
+  static const bool started = [] {
+    Gdiplus::GdiplusStartupInput input;
+    ULONG_PTR token = 0;
+    return Gdiplus::GdiplusStartup(&token, &input, nullptr) == Gdiplus::Ok;
+  }();
+  return started;
+}
+
+// An image decoded once into a premultiplied 32-bit DIB, the form AlphaBlend draws from, so
+// the file is not kept open (and locked) while it is shown. Failures are not remembered: a
+// file may appear later.
+struct DecodedImage {
+  OffscreenBitmap pixels;
+  DecodedImage(int width, int height) : pixels(width, height) {}
+};
+
+const DecodedImage* LoadImageFile(const std::wstring& path) {
+  static std::map<std::wstring, std::unique_ptr<DecodedImage>> cache;
+  std::wstring key = path;
+  for (wchar_t& c : key) c = static_cast<wchar_t>(std::towlower(c));
+  auto found = cache.find(key);
+  if (found != cache.end()) return found->second.get();
+  if (!StartGdiplus()) return nullptr;
+  Gdiplus::Bitmap file(path.c_str());
+  if (file.GetLastStatus() != Gdiplus::Ok || file.GetWidth() == 0 || file.GetHeight() == 0) return nullptr;
+  const int width = static_cast<int>(file.GetWidth()), height = static_cast<int>(file.GetHeight());
+  auto image = std::make_unique<DecodedImage>(width, height);
+  if (!image->pixels.IsValid()) return nullptr;
+  // GDI+ converts straight into the DIB's memory, rows top to bottom.
+  Gdiplus::BitmapData data{};
+  data.Width = width;
+  data.Height = height;
+  data.Stride = width * 4;
+  data.PixelFormat = PixelFormat32bppPARGB;
+  data.Scan0 = const_cast<uint32_t*>(image->pixels.GetBits());
+  Gdiplus::Rect all(0, 0, width, height);
+  if (file.LockBits(&all, Gdiplus::ImageLockModeRead | Gdiplus::ImageLockModeUserInputBuf, PixelFormat32bppPARGB,
+                    &data) != Gdiplus::Ok)
+    return nullptr;
+  file.UnlockBits(&data);
+  return (cache[key] = std::move(image)).get();
+}
+
+bool FindPngEncoder(CLSID& clsid) {
+  UINT count = 0, bytes = 0;
+  if (Gdiplus::GetImageEncodersSize(&count, &bytes) != Gdiplus::Ok || bytes == 0) return false;
+  std::vector<unsigned char> buffer(bytes);
+  auto* encoders = reinterpret_cast<Gdiplus::ImageCodecInfo*>(buffer.data());
+  if (Gdiplus::GetImageEncoders(count, bytes, encoders) != Gdiplus::Ok) return false;
+  for (UINT i = 0; i < count; ++i) {
+    if (std::wstring(encoders[i].MimeType) == L"image/png") {
+      clsid = encoders[i].Clsid;
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+void GdiRenderContext::DrawImage(const UiRect& dest, const ImageDescription& image) {
+  const DecodedImage* decoded = LoadImageFile(image.file);
+  if (!decoded || image.alpha <= 0) return;
+  const int width = decoded->pixels.GetWidth(), height = decoded->pixels.GetHeight();
+  UiRect source = image.source == UiRect{} ? UiRect{0, 0, width, height} : image.source;
+  source = UiRect{std::max(source.left, 0), std::max(source.top, 0), std::min(source.right, width),
+                  std::min(source.bottom, height)};
+  // AlphaBlend stretches each piece from its own pixels only, and keeps to the DC's clip.
+  BLENDFUNCTION blend{AC_SRC_OVER, 0, static_cast<BYTE>(image.alpha), AC_SRC_ALPHA};
+  for (const ImagePiece& piece : SplitImage(source, dest, image.corner)) {
+    GdiAlphaBlend(m_dc, piece.dest.left, piece.dest.top, piece.dest.GetWidth(), piece.dest.GetHeight(),
+                  decoded->pixels.GetDC(), piece.source.left, piece.source.top, piece.source.GetWidth(),
+                  piece.source.GetHeight(), blend);
+  }
+}
+
+bool SavePixelsAsPng(const uint32_t* pixels, int width, int height, const std::wstring& path) {
+  if (!pixels || width <= 0 || height <= 0 || !StartGdiplus()) return false;
+  CLSID png;
+  if (!FindPngEncoder(png)) return false;
+  Gdiplus::Bitmap bitmap(width, height, width * 4, PixelFormat32bppRGB,
+                         reinterpret_cast<BYTE*>(const_cast<uint32_t*>(pixels)));
+  return bitmap.GetLastStatus() == Gdiplus::Ok && bitmap.Save(path.c_str(), &png, nullptr) == Gdiplus::Ok;
+}
+
+}  // namespace mivo::duilib

@@ -1,0 +1,254 @@
+// A real Win32 window under Wine: a form built from a skin folder on disk (with PNG images
+// written here), its class, its layout on WM_SIZE, clicks and hit tests from posted messages,
+// message filters, closing, and what it looks like, rendered to a PNG beside this program and
+// read back pixel by pixel.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "WineWindowSupport.h"
+#include "duilib/Core/Box.h"
+#include "duilib/Core/GlobalManager.h"
+#include "duilib/Core/WindowBuilder.h"
+#include "duilib/Core/WindowImplBase.h"
+#include "tests/support/Files.h"
+#include "tests/support/TempDir.h"
+
+namespace {
+
+using namespace mivo::duilib;
+using testing_support::TempDir;
+using wine_window::Picture;
+using wine_window::ProgramFolder;
+using wine_window::PumpUntil;
+using wine_window::WriteFramedPng;
+
+constexpr UINT kPing = WM_APP + 1;
+
+constexpr char kSkin[] = R"(<?xml version="1.0" encoding="utf-8"?>
+<Window size="320,240" caption="0,0,0,32">
+  <Font name="Tahoma" size="24" bold="true"/>
+  <TextColor name="panel" value="#FF2E8B57"/>
+  <VBox bkcolor="#FFF0F0F0">
+    <HBox height="32" bkcolor="#FF3060A0">
+      <Label name="title" text="Mivo" normaltextcolor="white" textpadding="8,0,0,0"/>
+      <Button name="close" width="32" normalcolor="#FFC04040" hotcolor="#FFE06060"/>
+    </HBox>
+    <Swatch name="swatch" height="40" margin="10,10,10,0" bkcolor="panel" bordercolor="black" bordersize="2"/>
+    <Label name="text" height="48" text="Hello Mivo" normaltextcolor="black" align="center"/>
+    <HBox height="40" childmargin="10" padding="10,0,10,0">
+      <Control name="image" width="64" bkimage="blue"/>
+      <Control name="shared" width="64" bkimage="file='../shared/red.png' corner='2,2,2,2'"/>
+      <CheckBox name="check" width="40" normalcolor="c8e4e4" selectednormalcolor="d8ebeb" selected="true"/>
+      <Button name="ok" bkcolor="#FF808080" hotcolor="#FFFFA500" text="OK" normaltextcolor="white"/>
+    </HBox>
+  </VBox>
+</Window>)";
+
+class TestForm : public WindowImplBase {
+ public:
+  std::wstring GetSkinFolder() override { return L"form"; }
+  std::wstring GetSkinFile() override { return skinFile; }
+  LRESULT MessageHandler(UINT message, WPARAM wParam, LPARAM lParam, bool& handled) override {
+    if (message == kPing || (message == WM_CLOSE && keepOpen)) {
+      handled = true;
+      return message == kPing ? 42 : 0;
+    }
+    return WindowImplBase::MessageHandler(message, wParam, lParam, handled);
+  }
+
+  std::wstring skinFile = L"main.xml";
+  bool keepOpen = false;
+  bool initialised = false;
+  std::vector<std::wstring> customTags;
+  int clicks = 0;
+  HWND finalHwnd = nullptr;
+
+ protected:
+  std::wstring GetWindowClassName() const override { return L"MivoWineTestForm"; }
+  UINT GetClassStyle() const override { return CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW; }
+  void InitWindow() override {
+    initialised = GetRoot() && GetRoot()->GetPos() == (UiRect{0, 0, 320, 240});
+    FindControl(L"ok")->AttachClick([this](EventArgs*) { return ++clicks > 0; });
+    FindControl(L"close")->AttachClick([this](EventArgs*) {
+      Close();
+      return true;
+    });
+  }
+  Control* CreateControl(const std::wstring& tag) override {
+    customTags.push_back(tag);
+    return tag == L"Swatch" ? new Control() : nullptr;
+  }
+  void OnFinalMessage(HWND hwnd) override { finalHwnd = hwnd; }
+};
+
+class WindowUnderWine : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    static ULONG_PTR token = 0;  // left running: the framework's images live in it too
+    Gdiplus::GdiplusStartupInput input;
+    if (!token) {
+      ASSERT_EQ(Gdiplus::GdiplusStartup(&token, &input, nullptr), Gdiplus::Ok);
+    }
+  }
+  void SetUp() override {
+    const std::wstring root = dir.Path().GetString();
+    testing_support::Write(dir.NativeOf(L"skins\\default\\form\\main.xml"), kSkin);
+    std::filesystem::create_directories(dir.NativeOf(L"skins\\default\\shared"));
+    ASSERT_TRUE(WriteFramedPng(root + L"skins\\default\\form\\blue.png", 0xFF1E50C8, 0xFF1E50C8));
+    ASSERT_TRUE(WriteFramedPng(root + L"skins\\default\\shared\\red.png", 0xFF801010, 0xFFC81E1E));
+    GlobalManager::Startup(root, L"skins\\default");
+  }
+  void TearDown() override {
+    GlobalManager::Startup(L"", L"");
+    GlobalManager::RemoveAllFonts();
+    GlobalManager::RemoveAllTextColors();
+  }
+  static LPARAM At(int x, int y) { return MAKELPARAM(x, y); }
+  void Click(HWND hwnd, int x, int y) {
+    PostMessageW(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, At(x, y));
+    PostMessageW(hwnd, WM_LBUTTONUP, 0, At(x, y));
+  }
+  TempDir dir;
+};
+
+TEST_F(WindowUnderWine, AFormFromItsSkinFolderShowsLaysOutClicksAndCloses) {
+  TestForm form;
+  HWND hwnd = form.Create(nullptr, L"Mivo test", WS_POPUP | WS_CLIPCHILDREN, 0);
+  ASSERT_NE(hwnd, nullptr);
+  EXPECT_EQ(form.GetHWND(), hwnd);
+  wchar_t className[64] = {};
+  GetClassNameW(hwnd, className, 64);
+  EXPECT_STREQ(className, L"MivoWineTestForm");
+  EXPECT_EQ(GetClassLongPtrW(hwnd, GCL_STYLE), static_cast<ULONG_PTR>(CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW));
+  EXPECT_TRUE(form.initialised) << "InitWindow ran after the skin was attached and laid out";
+  EXPECT_EQ(form.customTags, std::vector<std::wstring>{L"Swatch"});
+
+  // The skin's size is the client size; WM_SIZE laid the tree out in it.
+  RECT client;
+  GetClientRect(hwnd, &client);
+  EXPECT_EQ(client.right, 320);
+  EXPECT_EQ(client.bottom, 240);
+  EXPECT_EQ(form.FindControl(L"swatch")->GetPos(), (UiRect{10, 42, 310, 82}));
+  EXPECT_EQ(form.FindControl(L"ok")->GetPos(), (UiRect{208, 130, 310, 170}));
+  form.CenterWindow();
+  form.ShowWindow(true, false);
+  EXPECT_TRUE(IsWindowVisible(hwnd));
+
+  // What it looks like.
+  const std::wstring png = ProgramFolder() + L"window_render.png";
+  ASSERT_TRUE(form.RenderToPng(png));
+  {
+    Picture picture(png);
+    ASSERT_EQ(picture.bitmap.GetLastStatus(), Gdiplus::Ok);
+    EXPECT_EQ(picture.bitmap.GetWidth(), 320u);
+    EXPECT_EQ(picture.bitmap.GetHeight(), 240u);
+    EXPECT_EQ(picture.At(5, 220), 0xF0F0F0u) << "background";
+    EXPECT_EQ(picture.At(250, 4), 0x3060A0u) << "title band";
+    EXPECT_EQ(picture.At(304, 16), 0xC04040u) << "close button";
+    EXPECT_EQ(picture.At(160, 62), 0x2E8B57u) << "swatch, a colour of the TextColor table";
+    EXPECT_EQ(picture.At(11, 62), 0x000000u) << "swatch border";
+    EXPECT_EQ(picture.At(12, 62), 0x2E8B57u) << "border is two pixels";
+    EXPECT_LT(picture.DarkestIn(60, 82, 260, 130), 200) << "black text on the light background";
+    EXPECT_EQ(picture.DarkestIn(0, 82, 40, 130), 3 * 0xF0) << "centred text leaves the left alone";
+    EXPECT_GT(picture.BrightestIn(0, 0, 100, 32), 3 * 0xC0) << "white title text on the blue band";
+    EXPECT_LT(picture.BrightestIn(200, 0, 260, 32), 0x30 + 0x60 + 0xA0 + 1) << "the band right of the title";
+    EXPECT_EQ(picture.At(42, 150), 0x1E50C8u) << "form\\blue.png, stretched";
+    // shared\red.png at (84,130)-(148,170): its 2-pixel frame stays 2 pixels wide
+    EXPECT_EQ(picture.At(116, 150), 0xC81E1Eu) << "shared\\red.png, its middle";
+    for (auto [x, y] : {std::pair{84, 150}, {85, 150}, {146, 150}, {147, 150}, {116, 130}, {116, 169}, {84, 130}})
+      EXPECT_EQ(picture.At(x, y), 0x801010u) << "frame at " << x << "," << y;
+    for (auto [x, y] : {std::pair{86, 150}, {145, 150}, {116, 132}, {116, 167}, {90, 136}})
+      EXPECT_EQ(picture.At(x, y), 0xC81E1Eu) << "middle at " << x << "," << y;
+    EXPECT_EQ(picture.At(178, 150), 0xD8EBEBu) << "selected check box";
+    EXPECT_EQ(picture.At(215, 135), 0x808080u) << "ok button";
+  }
+
+  // The mouse over the ok button makes it hot, and a press and release on it is a click.
+  PostMessageW(hwnd, WM_MOUSEMOVE, 0, At(259, 150));
+  ASSERT_TRUE(PumpUntil([&] { return form.GetHotControl() == form.FindControl(L"ok"); }));
+  ASSERT_TRUE(form.RenderToPng(ProgramFolder() + L"window_render_hot.png"));
+  EXPECT_EQ(Picture(ProgramFolder() + L"window_render_hot.png").At(215, 135), 0xFFA500u) << "hot ok button";
+  Click(hwnd, 259, 150);
+  ASSERT_TRUE(PumpUntil([&] { return form.clicks == 1; }));
+  Click(hwnd, 259, 150);
+  PostMessageW(hwnd, WM_LBUTTONDOWN, MK_LBUTTON, At(259, 150));
+  PostMessageW(hwnd, WM_LBUTTONUP, 0, At(5, 220));  // let go elsewhere: no click
+  ASSERT_TRUE(PumpUntil([&] { return form.clicks == 2 && !form.GetPushedControl(); }));
+  PumpUntil([] { return false; }, 100);
+  EXPECT_EQ(form.clicks, 2);
+  EXPECT_EQ(GetCapture(), nullptr);
+
+  // The caption drags, except where the close button is; filters see messages first.
+  POINT title{150, 16}, close{304, 16}, body{150, 100};
+  for (POINT* p : {&title, &close, &body}) ClientToScreen(hwnd, p);
+  EXPECT_EQ(SendMessageW(hwnd, WM_NCHITTEST, 0, At(title.x, title.y)), HTCAPTION);
+  EXPECT_EQ(SendMessageW(hwnd, WM_NCHITTEST, 0, At(close.x, close.y)), HTCLIENT);
+  EXPECT_EQ(SendMessageW(hwnd, WM_NCHITTEST, 0, At(body.x, body.y)), HTCLIENT);
+  EXPECT_EQ(SendMessageW(hwnd, kPing, 0, 0), 42);
+
+  // A new size lays the tree out again.
+  SetWindowPos(hwnd, nullptr, 0, 0, 400, 300, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  EXPECT_EQ(form.GetRoot()->GetPos(), (UiRect{0, 0, 400, 300}));
+  EXPECT_EQ(form.FindControl(L"ok")->GetPos(), (UiRect{208, 130, 390, 170}));
+
+  // A filter may keep the window open; the close button's Close() ends it.
+  form.keepOpen = true;
+  SendMessageW(hwnd, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(IsWindow(hwnd));
+  form.keepOpen = false;
+  Click(hwnd, 380, 16);
+  ASSERT_TRUE(PumpUntil([&] { return form.finalHwnd != nullptr; }));
+  EXPECT_EQ(form.finalHwnd, hwnd);
+  EXPECT_FALSE(IsWindow(hwnd));
+  EXPECT_EQ(form.GetHWND(), nullptr);
+}
+
+TEST_F(WindowUnderWine, AFormWithoutItsSkinIsNotCreated) {
+  TestForm form;
+  form.skinFile = L"missing.xml";
+  EXPECT_EQ(form.Create(nullptr, L"", WS_POPUP, 0), nullptr);
+  EXPECT_NE(form.finalHwnd, nullptr) << "the window that refused still had its final message";
+  EXPECT_EQ(form.GetHWND(), nullptr);
+}
+
+TEST_F(WindowUnderWine, APlainWindowTakesTheSkinSizeAsItsClientSize) {
+  Window window;
+  WindowBuilder builder;
+  Control* root =
+      builder.CreateFromString(R"(<Window size="300,200"><VBox bkcolor="red"/></Window>)", nullptr, &window);
+  window.AttachRoot(static_cast<Box*>(root));
+  HWND hwnd = window.Create(nullptr, L"plain", WS_OVERLAPPEDWINDOW, 0, true);
+  ASSERT_NE(hwnd, nullptr);
+  wchar_t className[64] = {};
+  GetClassNameW(hwnd, className, 64);
+  EXPECT_STREQ(className, L"MivoUIWindow");
+  EXPECT_EQ(GetClassLongPtrW(hwnd, GCL_STYLE), static_cast<ULONG_PTR>(CS_DBLCLKS));
+  EXPECT_TRUE(GetWindowLongPtrW(hwnd, GWL_EXSTYLE) & WS_EX_LAYERED);
+  RECT client;
+  GetClientRect(hwnd, &client);
+  EXPECT_EQ(client.right, 300);
+  EXPECT_EQ(client.bottom, 200);
+  EXPECT_EQ(window.GetRoot()->GetPos(), (UiRect{0, 0, 300, 200}));
+
+  // Centred on the work area of its monitor.
+  window.CenterWindow();
+  RECT placed;
+  GetWindowRect(hwnd, &placed);
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof(monitor);
+  GetMonitorInfoW(MonitorFromWindow(hwnd, MONITOR_DEFAULTTONEAREST), &monitor);
+  const RECT& work = monitor.rcWork;
+  EXPECT_LE(std::abs((placed.left + placed.right) - (work.left + work.right)), 1);
+  EXPECT_LE(std::abs((placed.top + placed.bottom) - (work.top + work.bottom)), 1);
+  DestroyWindow(hwnd);
+  EXPECT_EQ(window.GetHWND(), nullptr);
+}
+
+}  // namespace
