@@ -33,9 +33,9 @@ TEST_P(ShippedTable, HasEveryLauncherString) {
   for (const wchar_t* id : kIds) EXPECT_FALSE(lang->GetStringViaID(id).IsEmpty()) << GetParam();
   CString tip = lang->GetStringViaID(L"STRID_SELECTED_USER_FORM_TITLE");
   lang->ClearAll();
-  const std::string lang = GetParam();
-  const wchar_t* expected = lang == "zh_CN"   ? L"\u9009\u62e9\u767b\u5f55\u7528\u6237"
-                            : lang == "zh_TW" ? L"\u9078\u64c7\u767b\u5165\u4f7f\u7528\u8005"
+  const std::string language = GetParam();
+  const wchar_t* expected = language == "zh_CN"   ? L"\u9009\u62e9\u767b\u5f55\u7528\u6237"
+                            : language == "zh_TW" ? L"\u9078\u64c7\u767b\u5165\u4f7f\u7528\u8005"
                                               : L"Choose a user";
   EXPECT_EQ(tip, expected);
 }
