@@ -82,6 +82,7 @@ class LoginUserStore {
   void SetLastUser(const CString& account) { m_lastUser = account; }
   const std::vector<CString>& StoredUsers() const { return m_storedUsers; }
   const CString& ForwardedText() const { return m_forwardedText; }
+  void SetForwardedText(const CString& text) { m_forwardedText = text; }
 
  protected:
   // Sends the text to one client's tray window; false when it was not sent (too long for

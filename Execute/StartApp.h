@@ -17,6 +17,7 @@ class CStartApp : public CWinApp {
 
  private:
   void CleanSharedFolders(const CString& source);
+  void OnFormFinalMessage();
   int m_reserved;  // set to 1 and never read, as it always was
   // The login-user window, made in step 10 when there is a request to hand over.
   std::unique_ptr<CStartHideWindowForm> m_pForm;

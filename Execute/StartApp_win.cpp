@@ -13,6 +13,7 @@
 #include "common/ModuleManager.h"
 #include "common/MutiLanSupport.h"
 #include "common/Trace.h"
+#include "duilib/Core/GlobalManager.h"
 #include "toolkit/FileSystem.h"
 
 namespace {
@@ -58,6 +59,9 @@ BOOL CStartApp::InitInstance() {
   // 7-8. strings and global state
   CMutiLanSupport* strings = CMutiLanSupport::GetInstance();
   strings->LoadLangSetting();
+  // the launcher's own texts (window title, buttons, messages) for the language in use
+  CString table = CPathTool::GetLauncherFolder() + L"gdstrings.ini";
+  if (mivo::common::IsFileExist(table)) strings->LoadStringTable(table);
   if (!InitGlobalStruct()) {
     MessageBoxW(nullptr, strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT"),
                 strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION"), MB_ICONERROR);
@@ -73,27 +77,44 @@ BOOL CStartApp::InitInstance() {
   // 10. with arguments the running clients come first: the window must exist before they
   // are asked, since their nickname replies are sent to it
   m_pForm = std::make_unique<CStartHideWindowForm>();
-  m_pForm->Create(nullptr, strings->GetStringViaID(L"STRID_SELECTED_USER_FORM_TITLE"), 0x00CE0000, 0);
+  m_pForm->SetFinalMessageHook([this] { OnFormFinalMessage(); });
+  m_pForm->Create(nullptr, std::wstring(strings->GetStringViaID(L"STRID_SELECTED_USER_FORM_TITLE").GetString()),
+                  0x00CE0000, 0, true);
   m_pForm->RefreshRunningClients();
   int userType = m_pForm->GetUserType();
   if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance usertype is %d", userType);
   const CString request(m_lpCmdLine);
+  // Nobody can be asked without the window's skin: then it goes on as when no client runs.
+  if (userType == 3 && !m_pForm->HasSkin()) userType = 1;
   switch (userType) {
     case 2:
       m_pForm->ForwardToSingleClient(request);
       break;
+    case 3: {
+      m_pForm->PrepareUserList(request);
+      m_pForm->CenterWindow();
+      m_pForm->ShowWindow(true, true);
+      HWND form = m_pForm->GetHWND();
+      SetForegroundWindow(form);
+      BringWindowToTop(form);
+      ReleaseNamedEvent(kStartRunningEvent);
+      return TRUE;  // the window drives the process now, through Run
+    }
     case 4:
       m_pForm->ForwardToLastUser(request);
       break;
-    // case 3, the user must choose among the running clients: the choice window (fill it with
-    // PrepareUserList, centre, show, bring to the front, and return TRUE so Run drives it)
-    // comes with the UI framework. Until then the request goes the way of any other value.
     default:
       RunLaunchDecision(silent, m_nCmdShow);
       break;
   }
   ReleaseNamedEvent(kStartRunningEvent);
   return FALSE;
+}
+
+void CStartApp::OnFormFinalMessage() {
+  // The choice is made (or the window closed): leave the loop; a message wakes it up.
+  QuitRequested = 1;
+  PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
 void CStartApp::CleanSharedFolders(const CString&) {
@@ -151,9 +172,12 @@ int CStartApp::ExitInstance() {
 
 int InitGlobalStruct() {
   MoudleManager::Open();
-  // The UI framework starts here (resource root: the launcher's folder, skin "skins\default")
-  // when it exists.
   CString app = CPathTool::GetLauncherFolder();
+  // The UI framework: skins below the launcher's folder, texts from the launcher's table.
+  mivo::duilib::GlobalManager::Startup(std::wstring(app.GetString()), L"skins\\default");
+  mivo::duilib::GlobalManager::SetTextResolver([](const std::wstring& id) {
+    return std::wstring(CMutiLanSupport::GetInstance()->GetStringViaID(CString(id.c_str())).GetString());
+  });
   CString temp;
   temp.Format(L"%sTemp", app.GetString());
   if (!mivo::common::IsFolderExist(temp)) toolkit::CreateFolder(temp);

@@ -40,7 +40,7 @@ def avatar(x, y, size=36):
 
 
 def check_box(checked):
-    # a 14-pixel box at the left of a 260x20 strip, the rest transparent (the label's text
+    # a 14-pixel box at the left of a 300x20 strip, the rest transparent (the label's text
     # sits there, after its text padding)
     def pixel(x, y):
         if not (0 <= x < 14 and 3 <= y < 17):
@@ -64,8 +64,8 @@ def main():
     os.makedirs(SKIN, exist_ok=True)
     write_png(os.path.join(SKIN, "1.png"), 36, 36, avatar)
     write_png(os.path.join(SKIN, "bk_listitem_selected.png"), 4, 4, lambda x, y: (0xC8, 0xE4, 0xE4, 255))
-    write_png(os.path.join(SKIN, "check_off.png"), 260, 20, check_box(False))
-    write_png(os.path.join(SKIN, "check_on.png"), 260, 20, check_box(True))
+    write_png(os.path.join(SKIN, "check_off.png"), 300, 20, check_box(False))
+    write_png(os.path.join(SKIN, "check_on.png"), 300, 20, check_box(True))
 
 
 if __name__ == "__main__":

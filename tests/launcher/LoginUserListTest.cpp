@@ -6,6 +6,7 @@
 #include "Execute/LoginUserList.h"
 #include "duilib/Core/Button.h"
 #include "duilib/Core/CheckBox.h"
+#include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/Label.h"
 #include "duilib/Core/ListBox.h"
 #include "duilib/Core/Window.h"
@@ -116,3 +117,39 @@ TEST(ShippedSkinTest, TheWindowHasEveryControlTheFormLooksFor) {
 #endif
 
 }  // namespace
+
+#if defined(MIVO_RESOURCE_DIR_WIN)
+// The login-user window as the user sees it: the shipped skin, three accounts with the
+// second one chosen last, rendered to login_user_window.png beside the test program.
+TEST(ShippedSkinWineTest, TheWindowRendersWithItsRows) {
+  GlobalManager::Startup(L"" MIVO_RESOURCE_DIR_WIN, L"skins\\default");
+  GlobalManager::SetTextResolver([](const std::wstring& id) {
+    if (id == L"STRID_SELECTED_USER_FORM_OK") return std::wstring(L"OK");
+    if (id == L"STRID_SELECTED_USER_FORM_CANCEL") return std::wstring(L"Cancel");
+    if (id == L"STRID_SELECTED_USER_FORM_TITLE") return std::wstring(L"Choose a user");
+    return id;
+  });
+  struct FormLike : Window {  // images resolve against the form's skin folder
+    std::wstring GetSkinFolder() override { return L"start_hide_window"; }
+  } window;
+  WindowBuilder builder;
+  auto* root = dynamic_cast<Box*>(builder.Create(GlobalManager::GetResourcePath(),
+                                                  L"start_hide_window\\start_hide_window.xml", nullptr, &window));
+  ASSERT_NE(nullptr, root);
+  window.AttachRoot(root);
+  dynamic_cast<Label*>(window.FindControl(L"login_user_title_label"))
+      ->SetText(L"Choose the signed-in account to use:");
+  auto* remember = dynamic_cast<CheckBox*>(window.FindControl(L"remember_choice_checkbox"));
+  remember->SetText(L"Remember my choice and do not ask again");
+  remember->Selected(true, false);
+  auto* list = dynamic_cast<ListBox*>(window.FindControl(L"login_user_listbox"));
+  LoginUserList users(*list, GlobalManager::GetResourcePath(), &window);
+  ASSERT_TRUE(users.Fill({{L"a@gmail.com", L"Alice"}, {L"b@qq.com", L"Bob"}, {L"c@163.com", L"Carol"}}, L"b@qq.com"));
+  window.ArrangeRoot(UiRect{0, 0, 340, 300});
+  ASSERT_TRUE(window.RenderToPng(L"" MIVO_FORM_RENDER_PNG));
+  GlobalManager::SetTextResolver(nullptr);
+  EXPECT_EQ(1, list->GetCurSel());
+  // the second 48-pixel band of the list, where the person at the window clicks for it
+  EXPECT_EQ((UiRect{12, 114, 328, 162}), list->GetItemAt(1)->GetPos());
+}
+#endif
