@@ -65,8 +65,9 @@ case_three_clients_send_to_the_last_user() {
   store_is '{"Choice":1,"LastUser":"bob@qq.com","Users":["alice@gmail.com","bob@qq.com","carol@163.com"]}'
 }
 
-# The user must choose. The choice window is not there yet, so the launcher goes on as when
-# no client runs; the store keeps its choice and records the clients now running.
+# The user must choose, but this installation has no skin for the window that would ask, so
+# the launcher goes on as when no client runs; the store keeps its choice and records the
+# clients now running. (choice_cases.sh has the window.)
 case_a_new_account_makes_the_user_choose() {
   run_with "alice@gmail.com bob@qq.com new@126.com" \
     "$(store_setup '{"Choice":1,"LastUser":"bob@qq.com","Users":["alice@gmail.com","bob@qq.com"]}')"

@@ -14,6 +14,9 @@
 #                         list of account[:mode[:arg]], each one running_client.exe (also in
 #                         MIVO_E2E_BIN; see running_client.cpp for the modes) started in list
 #                         order, each signed in before the next starts, all until the end
+#   MIVO_E2E_USER         steps for fake_user.exe (also in MIVO_E2E_BIN), the person at the
+#                         login-user window: started with the launcher, it waits for the
+#                         window and clicks through it ("row:1 remember ok", "cancel", ...)
 #   MIVO_E2E_SETUP        shell command run in the installation folder before the launcher
 #                         (string tables, start files, ...); CASE_DIR and WINEPREFIX are set
 #   MIVO_E2E_TIMEOUT      seconds the launcher may run (default 60)
@@ -127,7 +130,7 @@ finished=0
 cleanup() {
   if [ "$finished" = 1 ]; then return; fi
   if [ -n "$shell_pid" ]; then kill "$shell_pid" 2>/dev/null || true; fi
-  for pid in "${client_pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  for pid in "${client_pids[@]}" ${user_pid:+"$user_pid"}; do kill "$pid" 2>/dev/null || true; done
   wineserver -k </dev/null >/dev/null 2>&1 || true
 }
 trap cleanup EXIT
@@ -170,6 +173,13 @@ for entry in "${clients[@]}"; do
   done
 done
 
+user_pid=
+if [ -n "${MIVO_E2E_USER:-}" ]; then
+  read -r -a user_steps <<<"$MIVO_E2E_USER"
+  "$wine" "$MIVO_E2E_BIN/fake_user.exe" "${user_steps[@]}" </dev/null >>"$winelog" 2>&1 &
+  user_pid=$!
+fi
+
 status=0
 launcher_exit=0
 cd "$install"
@@ -177,6 +187,13 @@ timeout -k 5 "${MIVO_E2E_TIMEOUT:-60}" "$wine" "$install/MivoStart.exe" "$@" </d
 if [ "$launcher_exit" = 124 ] || [ "$launcher_exit" = 137 ]; then
   echo "run_case.sh: the launcher did not end within ${MIVO_E2E_TIMEOUT:-60} s" >&2
   status=124
+fi
+
+if [ -n "$user_pid" ]; then
+  for _ in $(seq 100); do kill -0 "$user_pid" 2>/dev/null || break; sleep 0.1; done
+  kill "$user_pid" 2>/dev/null || true
+  wait "$user_pid" 2>/dev/null || true
+  user_pid=
 fi
 
 helpers=(${shell_pid:+"$shell_pid"} "${client_pids[@]}")
