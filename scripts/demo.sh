@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
-# Runs MivoStart.exe under Wine on a sample installation, twice: once with a plug-in update
-# pending, once after it is done, and tells what happened each time.
+# Runs MivoStart.exe under Wine on a sample installation: once with a plug-in update pending,
+# once after it is done, then twice with two clients already running (the first time the
+# login-user window asks which one is meant, the second time the remembered choice answers),
+# and tells what happened each time.
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 bin=$here/build/windows
@@ -11,6 +13,7 @@ export MIVO_E2E_UPDATE_MS=1500
 # The sample installation: the launcher's English strings and language setting, a chat
 # plug-in, and an update staged for it in install\staged\ (the folder /up names).
 layout='cp "'$here'/resources/lang/en_US/gdstrings.ini" gdstrings.ini
+cp -r "'$here'/resources/skins" skins
 printf "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\r\n<LangSetting lang=\"en_US\">\r\n<SelectedLang />\r\n</LangSetting>\r\n" > lang.xml
 mkdir -p plugin/chat/lang/en_US staged/plugin/chat/UpdateTemp
 printf "<Plugin-Config><Update url=\"http://example.invalid/chat\"/><Info name=\"Chat\" detail=\"chat.dll\" id=\"42\"/></Plugin-Config>" > plugin/chat/lang/en_US/PluginConfig.xml
@@ -26,6 +29,9 @@ tell() {  # prints in plain words what one run's output says
     rec && $1 == "update" { printf "  The update executor started:  %s\n", $4 }
     rec && $1 == "update-end" { print "  The update executor finished." }
     rec && $1 == "client" { printf "  The client started:           %s\n", $4 }
+    rec && $1 == "user-form-shown" { printf "  The login-user window opened: %s\n", $4 }
+    rec && $1 == "user-clicked" { printf "  The person clicked:           %s\n", $4 }
+    rec && $1 ~ /^forward:/ { printf "  %s received:  %s\n", substr($1, 9), $4 }
     !rec && !skip && /^\[/ { printf "    %s\n", $0 }
   '
 }
@@ -37,5 +43,16 @@ PENDING=1 CURRENT=1.0 MIVO_E2E_SETUP="$layout" "$here/tests/e2e/run_case.sh" run
 echo
 echo "== Run 2: the update is done (no marker, chat.dll at 2.0)"
 PENDING=0 CURRENT=2.0 MIVO_E2E_SETUP="$layout" "$here/tests/e2e/run_case.sh" run2 /up "$(staged run2)" | tell
+echo
+echo
+echo "== Run 3: alice@gmail.com and bob@qq.com are running; the person picks Bob and ticks \"remember\""
+PENDING=0 CURRENT=2.0 MIVO_E2E_CLIENTS="alice@gmail.com bob@qq.com" MIVO_E2E_USER="row:1 remember ok" \
+  MIVO_E2E_SETUP="$layout" "$here/tests/e2e/run_case.sh" run3 /open chat | tell
+echo "  start.txt now holds: $(cat "$MIVO_E2E_WORK/run3/install/start.txt")"
+echo
+echo "== Run 4: the same two clients; the remembered choice answers without asking"
+stored=$(cat "$MIVO_E2E_WORK/run3/install/start.txt")
+PENDING=0 CURRENT=2.0 MIVO_E2E_CLIENTS="alice@gmail.com bob@qq.com" \
+  MIVO_E2E_SETUP="$layout; printf '%s' '$stored' > start.txt" "$here/tests/e2e/run_case.sh" run4 /open chat | tell
 echo
 echo "Installations and records stay in $MIVO_E2E_WORK for a closer look."
