@@ -5,35 +5,13 @@
 
 #include "duilib/Core/AttributeValue.h"
 #include "duilib/Core/GlobalManager.h"
+#include "duilib/Core/SkinPath.h"
 
 namespace mivo::duilib {
 
 namespace {
 
 bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
-
-// Appends the "\"- or "/"-separated parts of `path` to `parts`, resolving "." and "..";
-// false when ".." would climb above what `parts` held, or for a part of dots and blanks only
-// (Windows would trim it into ".." or nothing).
-bool AppendParts(const std::wstring& path, std::vector<std::wstring>& parts) {
-  size_t at = 0;
-  while (at <= path.size()) {
-    size_t end = path.find_first_of(L"\\/", at);
-    if (end == std::wstring::npos) end = path.size();
-    std::wstring part = path.substr(at, end - at);
-    at = end + 1;
-    if (part.empty() || part == L".") continue;
-    if (part == L"..") {
-      if (parts.empty()) return false;
-      parts.pop_back();
-    } else if (part.find_last_not_of(L". ") == std::wstring::npos) {
-      return false;
-    } else {
-      parts.push_back(part);
-    }
-  }
-  return true;
-}
 
 void AddPngIfBare(std::wstring& path) {
   size_t name = path.find_last_of(L"\\/");
@@ -99,8 +77,8 @@ std::wstring ResolveImagePath(const std::wstring& file, const std::wstring& wind
     // The climb is measured from the resource root, so ".." may leave the window's folder and
     // the skin's, but never the root itself.
     std::vector<std::wstring> parts;
-    if (!AppendParts(GlobalManager::GetSkinFolder(), parts) || !AppendParts(windowSkinFolder, parts) ||
-        !AppendParts(path, parts) || parts.empty())
+    if (!detail::AppendPathParts(GlobalManager::GetSkinFolder(), parts) ||
+        !detail::AppendPathParts(windowSkinFolder, parts) || !detail::AppendPathParts(path, parts) || parts.empty())
       return std::wstring();
     path = GlobalManager::GetResourceRoot();
     for (size_t i = 0; i < parts.size(); ++i) path += (i ? L"\\" : L"") + parts[i];

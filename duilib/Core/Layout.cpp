@@ -36,13 +36,122 @@ int CrossSize(int estimate, int space, int marginBefore, int marginAfter, int mi
 // Any other value gives it 0 to 0 (and false).
 bool CrossPlace(int align, int start, int end, int marginBefore, int marginAfter, int size, int& from, int& to) {
   switch (align) {
-    case 0: from = start + marginBefore; break;
-    case 1: from = start + (end - start + marginBefore - marginAfter - size) / 2; break;
-    case 2: from = end - marginAfter - size; break;
-    default: from = to = 0; return false;
+    case 0:
+      from = start + marginBefore;
+      break;
+    case 1:
+      from = start + (end - start + marginBefore - marginAfter - size) / 2;
+      break;
+    case 2:
+      from = end - marginAfter - size;
+      break;
+    default:
+      from = to = 0;
+      return false;
   }
   to = from + size;
   return true;
+}
+
+// The axis a stacking layout runs along: vertical (VLayout) or horizontal (HLayout). Along it
+// the children share the space; across it each is placed by its own alignment.
+struct Axis {
+  bool vertical;
+
+  int Along(const UiSize& size) const { return vertical ? size.cy : size.cx; }
+  int Across(const UiSize& size) const { return vertical ? size.cx : size.cy; }
+  UiSize Size(int along, int across) const { return vertical ? UiSize{across, along} : UiSize{along, across}; }
+  int Start(const UiRect& rc) const { return vertical ? rc.top : rc.left; }
+  int CrossStart(const UiRect& rc) const { return vertical ? rc.left : rc.top; }
+  int CrossEnd(const UiRect& rc) const { return vertical ? rc.right : rc.bottom; }
+  int Before(const UiRect& m) const { return vertical ? m.top : m.left; }
+  int After(const UiRect& m) const { return vertical ? m.bottom : m.right; }
+  int CrossBefore(const UiRect& m) const { return vertical ? m.left : m.top; }
+  int CrossAfter(const UiRect& m) const { return vertical ? m.right : m.bottom; }
+  int MinAlong(const Control* c) const { return vertical ? c->GetMinHeight() : c->GetMinWidth(); }
+  int MaxAlong(const Control* c) const { return vertical ? c->GetMaxHeight() : c->GetMaxWidth(); }
+  int MinAcross(const Control* c) const { return vertical ? c->GetMinWidth() : c->GetMinHeight(); }
+  int MaxAcross(const Control* c) const { return vertical ? c->GetMaxWidth() : c->GetMaxHeight(); }
+  int Align(const Control* c) const {
+    return vertical ? static_cast<int>(c->GetHorAlignType()) : static_cast<int>(c->GetVerAlignType());
+  }
+  UiRect Rect(int from, int to, int crossFrom, int crossTo) const {
+    return vertical ? UiRect{crossFrom, from, crossTo, to} : UiRect{from, crossFrom, to, crossTo};
+  }
+};
+
+UiSize StackMeasure(const Axis& axis, const std::vector<Control*>& items, UiSize available, int childMargin,
+                    const UiRect& padding) {
+  int along = 0, across = 0, count = 0;
+  for (Control* child : items) {
+    if (!TakesPart(child)) continue;
+    const UiRect& m = child->GetMargin();
+    UiSize size = child->EstimateSize(available);
+    int length = ClampAlong(axis.Along(size), axis.MinAlong(child), axis.MaxAlong(child));
+    int breadth = ClampAcross(axis.Across(size), axis.MinAcross(child), axis.MaxAcross(child));
+    across = std::max(across, axis.CrossBefore(m) + breadth + axis.CrossAfter(m));
+    along += axis.Before(m) + length + axis.After(m);
+    ++count;
+  }
+  if (count > 1) along += childMargin * (count - 1);
+  UiSize total = axis.Size(along, across);
+  total.cx += padding.left + padding.right;
+  total.cy += padding.top + padding.bottom;
+  return total;
+}
+
+UiSize StackArrange(const Axis& axis, const std::vector<Control*>& items, UiRect rc, int childMargin) {
+  const UiSize space{rc.GetWidth(), rc.GetHeight()};
+  const int length = axis.Along(space), breadth = axis.Across(space);
+  // First pass: what the fixed children and the margins take, and how many stretch.
+  int count = 0, stretches = 0, fixed = 0;
+  for (Control* child : items) {
+    if (!TakesPart(child)) continue;
+    const UiRect& m = child->GetMargin();
+    int estimate = axis.Along(child->EstimateSize(space));
+    ++count;
+    fixed += axis.Before(m) + axis.After(m);
+    if (estimate == DUI_LENGTH_STRETCH)
+      ++stretches;
+    else
+      fixed += ClampAlong(estimate, axis.MinAlong(child), axis.MaxAlong(child));
+  }
+  fixed += childMargin * (count - 1);
+  int per = 0;
+  if (stretches > 0) per = std::max(0, (length - fixed) / stretches);
+  int leftover = length - per * stretches - fixed;  // what the division lost, for the first ones
+
+  // Second pass: place them one after another.
+  int at = axis.Start(rc), used = 0, widest = 0, remaining = length;
+  for (Control* child : items) {
+    if (!child->IsVisible()) continue;
+    if (child->IsFloat()) {
+      Layout::SetFloatPos(child, rc);
+      continue;
+    }
+    if (axis.vertical && child->GetPlacementPredicate() && !child->GetPlacementPredicate()()) continue;
+    const UiRect& m = child->GetMargin();
+    remaining -= axis.Before(m);
+    UiSize size = child->EstimateSize(axis.Size(remaining, breadth));
+    int along = axis.Along(size);
+    if (along == DUI_LENGTH_STRETCH) {
+      along = per;
+      if (leftover > 0) ++along, --leftover;
+    }
+    along = ClampAlong(along, axis.MinAlong(child), axis.MaxAlong(child));
+    int across = CrossSize(axis.Across(size), breadth, axis.CrossBefore(m), axis.CrossAfter(m), axis.MinAcross(child),
+                           axis.MaxAcross(child));
+    int crossFrom = 0, crossTo = 0;
+    CrossPlace(axis.Align(child), axis.CrossStart(rc), axis.CrossEnd(rc), axis.CrossBefore(m), axis.CrossAfter(m),
+               across, crossFrom, crossTo);
+    const int from = at + axis.Before(m);
+    widest = std::max(widest, crossTo - crossFrom);
+    child->SetPos(axis.Rect(from, from + along, crossFrom, crossTo));
+    at += axis.Before(m) + along + axis.After(m) + childMargin;
+    used += axis.Before(m) + along + axis.After(m);
+    remaining -= along + axis.After(m) + childMargin;
+  }
+  return axis.Size(used + childMargin * (count - 1), widest);
 }
 
 }  // namespace
@@ -105,140 +214,19 @@ UiSize Layout::AjustSizeByChild(const std::vector<Control*>& items, UiSize avail
 }
 
 UiSize VLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize available) {
-  UiSize total;
-  int count = 0;
-  for (Control* child : items) {
-    if (!TakesPart(child)) continue;
-    const UiRect& m = child->GetMargin();
-    UiSize size = child->EstimateSize(available);
-    int width = ClampAcross(size.cx, child->GetMinWidth(), child->GetMaxWidth());
-    int height = ClampAlong(size.cy, child->GetMinHeight(), child->GetMaxHeight());
-    total.cx = std::max(total.cx, m.left + width + m.right);
-    total.cy += m.top + height + m.bottom;
-    ++count;
-  }
-  if (count > 1) total.cy += m_childMargin * (count - 1);
-  total.cx += m_padding.left + m_padding.right;
-  total.cy += m_padding.top + m_padding.bottom;
-  return total;
+  return StackMeasure(Axis{true}, items, available, m_childMargin, m_padding);
 }
 
 UiSize VLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  const int width = rc.GetWidth(), height = rc.GetHeight();
-  int count = 0, stretches = 0, fixed = 0;
-  for (Control* child : items) {
-    if (!TakesPart(child)) continue;
-    const UiRect& m = child->GetMargin();
-    UiSize size = child->EstimateSize(UiSize{width, height});
-    ++count;
-    fixed += m.top + m.bottom;
-    if (size.cy == DUI_LENGTH_STRETCH)
-      ++stretches;
-    else
-      fixed += ClampAlong(size.cy, child->GetMinHeight(), child->GetMaxHeight());
-  }
-  fixed += m_childMargin * (count - 1);
-  int per = 0;
-  if (stretches > 0) per = std::max(0, (height - fixed) / stretches);
-  int leftover = height - per * stretches - fixed;
-
-  int y = rc.top, used = 0, widest = 0, remaining = height;
-  for (Control* child : items) {
-    if (!child->IsVisible()) continue;
-    if (child->IsFloat()) {
-      SetFloatPos(child, rc);
-      continue;
-    }
-    if (child->GetPlacementPredicate() && !child->GetPlacementPredicate()()) continue;
-    const UiRect& m = child->GetMargin();
-    remaining -= m.top;
-    UiSize size = child->EstimateSize(UiSize{width, remaining});
-    int h = size.cy;
-    if (h == DUI_LENGTH_STRETCH) {
-      h = per;
-      if (leftover > 0) ++h, --leftover;
-    }
-    h = ClampAlong(h, child->GetMinHeight(), child->GetMaxHeight());
-    int w = CrossSize(size.cx, width, m.left, m.right, child->GetMinWidth(), child->GetMaxWidth());
-    UiRect pos;
-    CrossPlace(child->GetHorAlignType(), rc.left, rc.right, m.left, m.right, w, pos.left, pos.right);
-    pos.top = y + m.top;
-    pos.bottom = pos.top + h;
-    widest = std::max(widest, pos.right - pos.left);
-    child->SetPos(pos);
-    y += m.top + h + m.bottom + m_childMargin;
-    used += m.top + h + m.bottom;
-    remaining -= h + m.bottom + m_childMargin;
-  }
-  return UiSize{widest, used + m_childMargin * (count - 1)};
+  return StackArrange(Axis{true}, items, rc, m_childMargin);
 }
 
 UiSize HLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize available) {
-  UiSize total;
-  int count = 0;
-  for (Control* child : items) {
-    if (!TakesPart(child)) continue;
-    const UiRect& m = child->GetMargin();
-    UiSize size = child->EstimateSize(available);
-    int width = ClampAlong(size.cx, child->GetMinWidth(), child->GetMaxWidth());
-    int height = ClampAcross(size.cy, child->GetMinHeight(), child->GetMaxHeight());
-    total.cx += m.left + width + m.right;
-    total.cy = std::max(total.cy, m.top + height + m.bottom);
-    ++count;
-  }
-  if (count > 1) total.cx += m_childMargin * (count - 1);
-  total.cx += m_padding.left + m_padding.right;
-  total.cy += m_padding.top + m_padding.bottom;
-  return total;
+  return StackMeasure(Axis{false}, items, available, m_childMargin, m_padding);
 }
 
 UiSize HLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  const int width = rc.GetWidth(), height = rc.GetHeight();
-  int count = 0, stretches = 0, fixed = 0;
-  for (Control* child : items) {
-    if (!TakesPart(child)) continue;
-    const UiRect& m = child->GetMargin();
-    UiSize size = child->EstimateSize(UiSize{width, height});
-    ++count;
-    fixed += m.left + m.right;
-    if (size.cx == DUI_LENGTH_STRETCH)
-      ++stretches;
-    else
-      fixed += ClampAlong(size.cx, child->GetMinWidth(), child->GetMaxWidth());
-  }
-  fixed += m_childMargin * (count - 1);
-  int per = 0;
-  if (stretches > 0) per = std::max(0, (width - fixed) / stretches);
-  int leftover = width - per * stretches - fixed;
-
-  int x = rc.left, used = 0, tallest = 0, remaining = width;
-  for (Control* child : items) {
-    if (!child->IsVisible()) continue;
-    if (child->IsFloat()) {
-      SetFloatPos(child, rc);
-      continue;
-    }
-    const UiRect& m = child->GetMargin();
-    remaining -= m.left;
-    UiSize size = child->EstimateSize(UiSize{remaining, height});
-    int w = size.cx;
-    if (w == DUI_LENGTH_STRETCH) {
-      w = per;
-      if (leftover > 0) ++w, --leftover;
-    }
-    w = ClampAlong(w, child->GetMinWidth(), child->GetMaxWidth());
-    int h = CrossSize(size.cy, height, m.top, m.bottom, child->GetMinHeight(), child->GetMaxHeight());
-    UiRect pos;
-    CrossPlace(child->GetVerAlignType(), rc.top, rc.bottom, m.top, m.bottom, h, pos.top, pos.bottom);
-    pos.left = x + m.left;
-    pos.right = pos.left + w;
-    tallest = std::max(tallest, pos.bottom - pos.top);
-    child->SetPos(pos);
-    x += m.left + w + m.right + m_childMargin;
-    used += m.left + w + m.right;
-    remaining -= w + m.right + m_childMargin;
-  }
-  return UiSize{used + m_childMargin * (count - 1), tallest};
+  return StackArrange(Axis{false}, items, rc, m_childMargin);
 }
 
 }  // namespace mivo::duilib

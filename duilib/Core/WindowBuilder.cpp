@@ -14,6 +14,8 @@
 #include "duilib/Core/Label.h"
 #include "duilib/Core/ListBox.h"
 #include "duilib/Core/Option.h"
+#include "duilib/Core/SkinPath.h"
+#include "duilib/Core/SkinPath.h"
 #include "duilib/Core/SkinXmlScan.h"
 #include "duilib/Core/Window.h"
 #include "toolkit/File.h"
@@ -79,22 +81,7 @@ bool InsideFolder(const std::wstring& relative, std::wstring& normalized) {
   if (relative.empty() || relative[0] == L'\\' || relative[0] == L'/' || relative.find(L':') != std::wstring::npos)
     return false;
   std::vector<std::wstring> parts;
-  size_t at = 0;
-  while (at <= relative.size()) {
-    size_t end = relative.find_first_of(L"\\/", at);
-    if (end == std::wstring::npos) end = relative.size();
-    std::wstring part = relative.substr(at, end - at);
-    at = end + 1;
-    if (part.empty() || part == L".") continue;
-    if (part == L"..") {
-      if (parts.empty()) return false;
-      parts.pop_back();
-    } else if (part.find_last_not_of(L". ") == std::wstring::npos) {
-      return false;
-    } else {
-      parts.push_back(part);
-    }
-  }
+  if (!detail::AppendPathParts(relative, parts)) return false;
   if (parts.empty()) return false;
   normalized.clear();
   for (const std::wstring& part : parts) normalized += (normalized.empty() ? L"" : L"\\") + part;

@@ -23,18 +23,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR, int) {
   if (!window) return 4;
   if (!mivo_e2e::Record("shell-ready")) return 2;
 
-  const ULONGLONG deadline = GetTickCount64() + 120000;
-  bool stopped = false;
-  while (!stopped && GetTickCount64() < deadline) {
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-    }
-    stopped = GetFileAttributesW(stopFile) != INVALID_FILE_ATTRIBUTES;
-  }
-  if (!stopped) mivo_e2e::Record("shell-timeout");
+  if (!mivo_e2e::PumpUntilFileExists(stopFile, 120000)) mivo_e2e::Record("shell-timeout");
   DestroyWindow(window);
   LocalFree(argv);
   return 0;

@@ -67,6 +67,22 @@ inline bool RecordText(const std::string& role, const std::string& text) {
   return false;
 }
 
+// Handles this thread's messages until the file `stopFile` exists (true) or `timeoutMs` pass
+// (false): how the helpers that own windows stay alive for a run.
+inline bool PumpUntilFileExists(const wchar_t* stopFile, ULONGLONG timeoutMs) {
+  const ULONGLONG deadline = GetTickCount64() + timeoutMs;
+  while (GetTickCount64() < deadline) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    if (GetFileAttributesW(stopFile) != INVALID_FILE_ATTRIBUTES) return true;
+  }
+  return false;
+}
+
 // The usual line: the role and this process's command line.
 inline bool Record(const char* role) { return RecordText(role, Utf8(GetCommandLineW())); }
 
