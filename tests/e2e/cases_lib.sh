@@ -25,6 +25,22 @@ run() {  # run CASE [args...]
 # strings: the English string table, for MIVO_E2E_SETUP
 strings="cp '$resources/lang/en_US/gdstrings.ini' gdstrings.ini"
 
+# ---- runs with clients: the request they are handed and the store the launcher leaves ----
+
+# Wine quotes the argument with a space, so this is the launcher's raw command line too.
+request='/open "chat room" /uid 42'
+store_file() { printf '%s/%s/install/start.txt' "$work" "$current"; }
+# start.txt must hold exactly these bytes and a line feed: the compact writer's one line.
+store_is() {
+  local actual
+  actual=$(od -An -c "$(store_file)" 2>&1)
+  [ "$actual" = "$(printf '%s\n' "$1" | od -An -c)" ] || fail "start.txt is [$(cat "$(store_file)" 2>&1)], expected [$1]"
+}
+# a MIVO_E2E_SETUP step that writes start.txt
+store_setup() { printf "printf '%%s' '%s' > start.txt" "$1"; }
+# how many texts the running clients received
+forwards() { printf '%s\n' "$out" | awk -F'\t' '$1 ~ /^forward:/' | grep -c . ; }
+
 # Runs the named cases, or every case_* function when none is named.
 run_cases() {
   local all

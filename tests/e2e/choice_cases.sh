@@ -5,16 +5,7 @@
 # Usage: choice_cases.sh [CASE...]   (all cases when none is named)
 source "$(dirname "$0")/cases_lib.sh"
 
-request='/open "chat room" /uid 42'
-store_file() { printf '%s/%s/install/start.txt' "$work" "$current"; }
-store_is() {
-  local actual
-  actual=$(od -An -c "$(store_file)" 2>&1)
-  [ "$actual" = "$(printf '%s\n' "$1" | od -An -c)" ] || fail "start.txt is [$(cat "$(store_file)" 2>&1)], expected [$1]"
-}
-store_setup() { printf "printf '%%s' '%s' > start.txt" "$1"; }
 skin="cp -r '$resources/skins' skins"
-forwards() { printf '%s\n' "$out" | awk -F'\t' '$1 ~ /^forward:/' | grep -c . ; }
 run_with() {  # run_with "CLIENTS" "USER STEPS" [SETUP]
   MIVO_E2E_CLIENTS="$1" MIVO_E2E_USER="$2" MIVO_E2E_SETUP="$strings; $skin${3:+; $3}" run "$current" /open "chat room" /uid 42
   printf '%s\n' "$out" | grep -q '^== launcher-exit 0$' || fail "the launcher did not end normally"

@@ -5,17 +5,6 @@
 # Usage: client_cases.sh [CASE...]   (all cases when none is named)
 source "$(dirname "$0")/cases_lib.sh"
 
-# Wine quotes the argument with a space, so this is the launcher's raw command line too.
-request='/open "chat room" /uid 42'
-
-store_file() { printf '%s/%s/install/start.txt' "$work" "$current"; }
-# start.txt must hold exactly these bytes and a line feed: the compact writer's one line.
-store_is() {
-  local actual
-  actual=$(od -An -c "$(store_file)" 2>&1)
-  [ "$actual" = "$(printf '%s\n' "$1" | od -An -c)" ] || fail "start.txt is [$(cat "$(store_file)" 2>&1)], expected [$1]"
-}
-store_setup() { printf "printf '%%s' '%s' > start.txt" "$1"; }
 # what every run with clients must show
 exchange_was_clean() {
   printf '%s\n' "$out" | grep -q '^== launcher-exit 0$' || fail "the launcher did not end normally"
@@ -26,7 +15,6 @@ exchange_was_clean() {
   printf '%s\n' "$out" | grep -q '^forward-bad:' && fail "a forward was malformed: $(printf '%s\n' "$out" | grep '^forward-bad:')"
   has_trace "CStartHideWindowForm dealloc hwnd is "
 }
-forwards() { printf '%s\n' "$out" | awk -F'\t' '$1 ~ /^forward:/' | grep -c . ; }
 run_with() {  # run_with "CLIENTS" [SETUP]
   MIVO_E2E_CLIENTS="$1" MIVO_E2E_SETUP="$strings${2:+; $2}" run "$current" /open "chat room" /uid 42
   exchange_was_clean
