@@ -8,10 +8,10 @@
 #include <string>
 #include <utility>
 
-#include "Execute/XmlNesting.h"
 #include "common/Conversion.h"
 #include "common/FileUtil.h"
 #include "common/MutiLanSupport.h"
+#include "common/XmlNesting.h"
 #include "toolkit/Exception.h"
 
 namespace {
@@ -87,7 +87,9 @@ bool LoadText(const CString& path, std::string& text) {
 template <typename Use>
 bool WithRoot(const CString& path, const char* rootName, Use&& use) {
   std::string text;
-  if (!LoadText(path, text) || !NestingWithin(text.c_str(), kMaxNesting)) return false;
+  if (!LoadText(path, text) ||
+      !mivo::common::XmlNestingWithin(text.c_str(), kMaxNesting, mivo::common::XmlScanMode::kLegacy))
+    return false;
   TiXmlDocument doc;
   doc.Parse(text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
   const TiXmlElement* root = doc.Error() ? nullptr : doc.RootElement();

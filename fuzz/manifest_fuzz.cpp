@@ -1,6 +1,7 @@
 // Feeds arbitrary bytes to every manifest reader as a file, and checks three things no input
 // may break: the readers do not crash, an update list that was read writes and reads back
-// stably, and the nesting scan never reports fewer levels than TinyXML opens.
+// stably, and the nesting scan never reports fewer levels than TinyXML opens, in its legacy
+// encoding (as the manifests are read) and in UTF-8 (as the skins are).
 #include <tinyxml.h>
 #include <unistd.h>
 
@@ -16,10 +17,11 @@
 #include <vector>
 
 #include "Execute/VersionManifest.h"
-#include "Execute/XmlNesting.h"
 #include "common/MutiLanSupport.h"
+#include "common/XmlNesting.h"
 #include "toolkit/CodePage.h"
 #include "toolkit/FileSys.h"
+#include "toolkit/Utf8.h"
 
 namespace {
 
@@ -111,6 +113,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   TiXmlDocument doc;
   doc.Parse(text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
   int depth = TreeDepth(&doc);
-  Check(depth < 2 || !NestingWithin(text.c_str(), depth - 2), "nesting scan counts fewer levels than TinyXML");
+  Check(depth < 2 || !mivo::common::XmlNestingWithin(text.c_str(), depth - 2, mivo::common::XmlScanMode::kLegacy),
+        "nesting scan counts fewer levels than TinyXML");
+
+  // In UTF-8 every level of the tree counts, empty elements too. The text is first made valid
+  // UTF-8 as the skin builder does: TinyXML's UTF-8 mode can step over the terminator otherwise.
+  std::wstring wide;
+  toolkit::Utf8ToWide(text.data(), text.size(), wide);
+  std::string utf8;
+  toolkit::WideToUtf8(wide.data(), wide.size(), utf8);
+  TiXmlDocument skin;
+  skin.Parse(utf8.c_str(), nullptr, TIXML_ENCODING_UTF8);
+  depth = TreeDepth(&skin);
+  Check(depth < 1 || !mivo::common::XmlNestingWithin(utf8.c_str(), depth - 1, mivo::common::XmlScanMode::kUtf8),
+        "nesting scan counts fewer levels than TinyXML in UTF-8");
   return 0;
 }

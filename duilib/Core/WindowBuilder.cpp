@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "common/XmlNesting.h"
 #include "duilib/Core/AttributeValue.h"
 #include "duilib/Core/Box.h"
 #include "duilib/Core/Button.h"
@@ -15,8 +16,6 @@
 #include "duilib/Core/ListBox.h"
 #include "duilib/Core/Option.h"
 #include "duilib/Core/SkinPath.h"
-#include "duilib/Core/SkinPath.h"
-#include "duilib/Core/SkinXmlScan.h"
 #include "duilib/Core/Window.h"
 #include "toolkit/File.h"
 #include "toolkit/Utf8.h"
@@ -67,7 +66,7 @@ std::unique_ptr<TiXmlDocument> ParseSkin(const std::string& bytes, int limit) {
   toolkit::Utf8ToWide(lines.data(), lines.size(), wide);
   std::string text;
   toolkit::WideToUtf8(wide.data(), wide.size(), text);
-  if (!SkinNestingWithin(text.c_str(), limit)) return nullptr;
+  if (!common::XmlNestingWithin(text.c_str(), limit, common::XmlScanMode::kUtf8)) return nullptr;
   auto doc = std::make_unique<TiXmlDocument>();
   doc->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
   if (doc->Error() || !doc->RootElement()) return nullptr;

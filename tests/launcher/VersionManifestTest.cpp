@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "Execute/VersionManifest.h"
-#include "Execute/XmlNesting.h"
 #include "common/Conversion.h"
 #include "common/MutiLanSupport.h"
 #include "support/TempDir.h"
@@ -348,39 +347,6 @@ std::string Repeat(const std::string& s, int n) {
   std::string out;
   for (int i = 0; i < n; ++i) out += s;
   return out;
-}
-
-// Files nested deeper than any manifest are refused before TinyXML recurses into them (at
-// 100,000 levels it would overflow the stack or take minutes); nesting is counted as TinyXML
-// itself would see it.
-TEST(XmlNesting, CountsLevelsAsTinyXmlOpensThem) {
-  const std::string deep = Repeat("<a>", 300) + Repeat("</a>", 300);
-  const struct {
-    const char* label;
-    std::string text;
-    bool within;
-  } rows[] = {
-      {"256 levels", Repeat("<a x='1'>", 256) + Repeat("</a>", 256), true},
-      {"257 levels", Repeat("<a x='1'>", 257) + Repeat("</a>", 257), false},
-      {"siblings", "<r>" + Repeat("<a></a><b/>", 5000) + "</r>", true},
-      {"100,000 unclosed", Repeat("<a>", 100000), false},
-      {"100,000 closed", Repeat("<a>", 100000) + Repeat("</a>", 100000), false},
-      {"in a comment", "<r><!--" + deep + "--></r>", true},
-      {"in CDATA", "<r><![CDATA[" + deep + "]]></r>", true},
-      {"in quotes", "<r x=\"" + deep + "\"/>", true},
-      // TinyXML's references run on to a later "x41;", swallowing the markup between
-      {"in a reference", "<r>&#x" + deep + "x41;</r>", true},
-      {"in a quoted reference", "<r x='&#" + deep + "#65;'/>", true},
-      // ... but only if digits come before that ';'
-      {"broken reference", "<r>&#x" + Repeat("<a>", 300) + "g;</r>", false},
-      // a declaration skips unknown attributes to the next blank or '>', quotes or not
-      {"quote in a declaration", "<?xml foo=\"><r>" + deep + "</r>", false},
-      {"declaration value", "<?xml version=\"><r>" + deep + "\"?><r/>", true},
-      {"unquoted value ends at '>'", "<r x=" + deep + "</r>", false},
-      {"text outside the root", "<r/>text" + Repeat("<a>", 300), true},
-      {"end tags outside the root", Repeat("</a>", 300) + Repeat("<a>", 300), false},
-  };
-  for (const auto& row : rows) EXPECT_EQ(NestingWithin(row.text.c_str(), 256), row.within) << row.label;
 }
 
 TEST_F(Manifest, DeepNestingIsRefusedQuickly) {

@@ -1,8 +1,10 @@
-#include "Execute/XmlNesting.h"
+#include "common/XmlNesting.h"
 
 #include <cctype>
 #include <cstddef>
 #include <cstring>
+
+namespace mivo::common {
 
 namespace {
 
@@ -27,7 +29,7 @@ bool StartsWith(const char* p, const char* tag, bool ignoreCase) {
 
 class NestingScan {
  public:
-  NestingScan(const char* text, int limit) : m_p(text), m_limit(limit) {}
+  NestingScan(const char* text, int limit, XmlScanMode mode) : m_p(text), m_limit(limit), m_mode(mode) {}
 
   bool Run() {
     for (;;) {
@@ -57,7 +59,8 @@ class NestingScan {
         SkipPast(">");
       } else {
         switch (StartTag()) {
-          case Tag::kEmpty:
+          case Tag::kEmpty:  // in the tree an element without content is a level all the same
+            if (m_mode == XmlScanMode::kUtf8 && m_depth + 1 > m_limit) return false;
             break;
           case Tag::kOpen:
             if (++m_depth > m_limit) return false;
@@ -72,11 +75,21 @@ class NestingScan {
  private:
   enum class Tag { kEmpty, kOpen, kFailed };
 
+  // TinyXML's white space: blanks, and in UTF-8 mode the encodings of U+FEFF, U+FFFE, U+FFFF.
   void SkipSpace() {
-    while (*m_p && IsSpace(*m_p)) ++m_p;
+    for (;;) {
+      auto* u = reinterpret_cast<const unsigned char*>(m_p);
+      if (m_mode == XmlScanMode::kUtf8 && u[0] == 0xEF &&
+          ((u[1] == 0xBB && u[2] == 0xBF) || (u[1] == 0xBF && (u[2] == 0xBE || u[2] == 0xBF))))
+        m_p += 3;
+      else if (*m_p && IsSpace(*m_p))
+        ++m_p;
+      else
+        return;
+    }
   }
   void SkipName() {
-    while (*m_p && IsNameChar(*m_p)) ++m_p;
+    while (IsNameChar(*m_p)) ++m_p;
   }
   // Moves past the next `end`, or to the terminator when there is none.
   bool SkipPast(const char* end) {
@@ -85,24 +98,38 @@ class NestingScan {
     return found != nullptr;
   }
 
-  // TinyXML's GetEntity: "&#x" or "&#" runs to the first ';' after it and holds if the
-  // characters before that ';' are digits back to an 'x' or '#', which may be a later one
-  // than the reference's own. Markup in between is swallowed.
+  // A character reference at m_p. False where the scan does not follow it.
   bool Reference() {
     const char* p = m_p;
-    if (p[1] == '#' && p[2]) {
-      bool hex = p[2] == 'x';
-      if (hex && !p[3]) return false;
-      const char* semicolon = std::strchr(p + (hex ? 3 : 2), ';');
-      if (!semicolon) return false;
-      for (const char* q = semicolon - 1; *q != (hex ? 'x' : '#'); --q) {
-        auto u = static_cast<unsigned char>(*q);
-        if (!(hex ? std::isxdigit(u) : std::isdigit(u))) return false;
-      }
-      m_p = semicolon + 1;
-    } else {
+    if (p[1] != '#') {
       ++m_p;  // a named reference or a plain '&' holds no markup
+      return true;
     }
+    const bool hex = p[2] == 'x';
+    if (m_mode == XmlScanMode::kUtf8) {
+      // only the plain forms: digits, then the ';'
+      const char* digits = p + (hex ? 3 : 2);
+      const char* q = digits;
+      while (hex ? std::isxdigit(static_cast<unsigned char>(*q)) : std::isdigit(static_cast<unsigned char>(*q))) ++q;
+      if (q == digits || *q != ';') return false;
+      m_p = q + 1;
+      return true;
+    }
+    // TinyXML's GetEntity: "&#x" or "&#" runs to the first ';' after it and holds if the
+    // characters before that ';' are digits back to an 'x' or '#', which may be a later one
+    // than the reference's own. Markup in between is swallowed. "&#" at the end is a plain '&'.
+    if (!p[2]) {
+      ++m_p;
+      return true;
+    }
+    if (hex && !p[3]) return false;
+    const char* semicolon = std::strchr(p + (hex ? 3 : 2), ';');
+    if (!semicolon) return false;
+    for (const char* q = semicolon - 1; *q != (hex ? 'x' : '#'); --q) {
+      auto u = static_cast<unsigned char>(*q);
+      if (!(hex ? std::isxdigit(u) : std::isdigit(u))) return false;
+    }
+    m_p = semicolon + 1;
     return true;
   }
 
@@ -127,7 +154,7 @@ class NestingScan {
     ++m_p;
     SkipSpace();
     if (*m_p == '"' || *m_p == '\'') {
-      char quote = *m_p++;
+      const char quote = *m_p++;
       while (*m_p && *m_p != quote) {
         if (*m_p != '&')
           ++m_p;
@@ -168,6 +195,7 @@ class NestingScan {
 
   Tag StartTag() {
     ++m_p;
+    SkipSpace();  // TinyXML allows white space (in UTF-8 mode a byte-order mark) before the name
     SkipName();
     for (;;) {
       SkipSpace();
@@ -185,6 +213,7 @@ class NestingScan {
     }
   }
 
+  // From where the scan lost TinyXML's track, each '<' can open at most one more level.
   bool Unsure(const char* from) const {
     size_t left = 0;
     for (const char* q = from; *q; ++q) left += *q == '<';
@@ -193,9 +222,14 @@ class NestingScan {
 
   const char* m_p;
   int m_limit;
+  XmlScanMode m_mode;
   int m_depth = 0;
 };
 
 }  // namespace
 
-bool NestingWithin(const char* text, int limit) { return text && NestingScan(text, limit).Run(); }
+bool XmlNestingWithin(const char* text, int limit, XmlScanMode mode) {
+  return text && limit >= 0 && NestingScan(text, limit, mode).Run();
+}
+
+}  // namespace mivo::common
