@@ -9,8 +9,6 @@
 #include "common/Conversion.h"
 #include "common/FileUtil.h"
 #include "common/Trace.h"
-#include "toolkit/Exception.h"
-#include "toolkit/File.h"
 
 // The store is read with the classic reader (comments collected) and written with the
 // compact writer, whose one-line output the client's side reads as well.
@@ -23,25 +21,10 @@ constexpr int kMaxMainWindows = 4096;
 // Deeper nesting than this is no store of ours, and the reader would recurse that deep.
 constexpr int kMaxNesting = 64;
 
+// The whole store, unless it is larger than any store of ours.
 bool ReadBounded(const CString& path, std::string& content) {
-  try {
-    CFile file;
-    if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone | CFile::typeBinary)) return false;
-    ULONGLONG length = file.GetLength();
-    if (length > kStoreSizeLimit) return false;
-    content.resize(static_cast<size_t>(length));
-    size_t done = 0;
-    while (done < content.size()) {
-      UINT n = file.Read(content.data() + done, static_cast<UINT>(content.size() - done));
-      if (n == 0) break;
-      done += n;
-    }
-    content.resize(done);
-    return true;
-  } catch (CException* e) {
-    e->Delete();
-    return false;
-  }
+  if (mivo::common::GetFileSize(path) > kStoreSizeLimit) return false;
+  return mivo::common::LoadFile(path, content) != 0;
 }
 
 // Deepest nesting of arrays and objects outside strings.

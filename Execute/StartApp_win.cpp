@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Execute/CommandLineInfoEx.h"
+#include "Execute/LauncherStrings.h"
 #include "Execute/NamedEvent.h"
 #include "Execute/PathTool.h"
 #include "Execute/ProcessLauncher.h"
@@ -59,9 +60,8 @@ BOOL CStartApp::InitInstance() {
   // 7-8. strings and global state
   CMutiLanSupport* strings = CMutiLanSupport::GetInstance();
   strings->LoadLangSetting();
-  // the launcher's own texts (window title, buttons, messages) for the language in use
-  CString table = CPathTool::GetLauncherFolder() + L"gdstrings.ini";
-  if (mivo::common::IsFileExist(table)) strings->LoadStringTable(table);
+  // the launcher's own texts (window title, buttons, messages), loaded once for the whole run
+  EnsureLauncherStrings(CPathTool::GetLauncherFolder());
   if (!InitGlobalStruct()) {
     MessageBoxW(nullptr, strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT"),
                 strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION"), MB_ICONERROR);

@@ -1,5 +1,6 @@
 #include "Execute/UpdateTarget.h"
 
+#include "Execute/LauncherStrings.h"
 #include "Execute/PathTool.h"
 #include "Execute/VersionManifest.h"
 #include "common/FileUtil.h"
@@ -15,20 +16,6 @@ CString LanguageOr(const CString& language) {
   if (!language.IsEmpty()) return language;
   CString inUse = CMutiLanSupport::GetInstance()->GetLangSetting().strLangInUse;
   return inUse.IsEmpty() ? CString(g_szDefaultLang) : inUse;
-}
-
-// The launcher's own table is loaded once; a missing one is reported on the debugger output
-// only (the client's entry is then left out).
-bool EnsureLauncherStrings(const CString& launcherFolder) {
-  static CString loadedFrom;
-  if (!loadedFrom.IsEmpty() && loadedFrom.CompareNoCase(launcherFolder) == 0) return true;
-  CString path = launcherFolder + L"gdstrings.ini";
-  if (!mivo::common::IsFileExist(path) || !CMutiLanSupport::GetInstance()->LoadStringTable(path)) {
-    toolkit::OutputDebugText(L"Load gdstrings.ini failed!!!\n");
-    return false;
-  }
-  loadedFrom = launcherFolder;
-  return true;
 }
 
 }  // namespace
