@@ -5,6 +5,7 @@
 
 #include "common/AppPath.h"
 #include "common/FileUtil.h"
+#include "common/Trace.h"
 #include "toolkit/FileFind.h"
 #include "toolkit/FileSystem.h"
 
@@ -34,9 +35,7 @@ void CPathTool::SetCommandStarter(CommandStarter starter) {
   Starter() = starter ? std::move(starter) : CommandStarter(launcher_platform::StartHidden);
 }
 
-void CPathTool::SetSleeper(Sleeper sleeper) {
-  SleeperFn() = sleeper ? std::move(sleeper) : Sleeper(RealSleep);
-}
+void CPathTool::SetSleeper(Sleeper sleeper) { SleeperFn() = sleeper ? std::move(sleeper) : Sleeper(RealSleep); }
 
 CString CPathTool::GetLauncherFolder() { return mivo::common::GetAppPath(); }
 
@@ -72,6 +71,34 @@ CString CPathTool::GetUpdateFolderFor(const CString& launcher, bool create) {
 
 void CPathTool::EmptyFolderTree(const CString& path) { mivo::common::EmptyFolder(path, 1, 1); }
 
+void CPathTool::CleanSharedFolders() {
+  Debug(L"CStartApp::InitInstance(): Win7 Processing...\n");
+  CString store = GetVirtualStoreFolder();
+  if (!store.IsEmpty() && IsDirectory(store)) {
+    Debug(L"CStartApp::InitInstance(): Empty Common AppData VirtualStore Folder: " + store + L"\n");
+    EmptyFolderTree(store);
+  }
+  CString shared = GetSharedDataFolder();
+  if (shared.IsEmpty() || !IsDirectory(shared)) return;
+  Debug(L"CStartApp::InitInstance(): Empty Common AppData Folder: " + shared + L"\n");
+  EmptyFolderTree(shared);
+  SleeperFn()(200);
+  if (!IsDirectory(shared)) return;
+  // "rd /s" follows links (Wine's wipes what they point at): it runs only on a folder that
+  // holds none, and a link that cannot be removed keeps it from running at all.
+  if (int left = mivo::common::RemoveFolderLinks(shared)) {
+    if (g_ITrace)
+      g_ITrace->Trace(3, true, L"CPathTool::CleanSharedFolders %d link(s) left in %s, not removed as administrator",
+                      left, shared.GetString());
+    return;
+  }
+  Debug(L"CStartApp::InitInstance(): Run as administrator to empty common appData folder: " + shared + L"\n");
+  CString parameters;
+  parameters.Format(L"/c rd \"%s\" /s /q", shared.GetString());
+  Starter()(L"CMD.EXE", L"runas", parameters);
+  SleeperFn()(200);
+}
+
 void CPathTool::GrantEveryoneFullControl(const CString& path, bool thisFolderOnly) {
   if (!IsDirectory(path)) return;
   CString folder = path;
@@ -90,7 +117,8 @@ bool CPathTool::ProbeEveryoneFullControl(const CString& path) {
   SleeperFn()(300);
   std::string bytes;
   // the exact, case-sensitive bytes, though findstr matched without regard to case
-  bool granted = mivo::common::LoadFile(path + L"CaclsEveryOneFlag", bytes) && bytes.find("Everyone:") != std::string::npos;
+  bool granted =
+      mivo::common::LoadFile(path + L"CaclsEveryOneFlag", bytes) && bytes.find("Everyone:") != std::string::npos;
   CString line;
   line.Format(L"Path Cacls: EveryOne:.*F=%d, Path=%s", granted ? 1 : 0, path.GetString());
   Debug(line);

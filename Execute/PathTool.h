@@ -21,6 +21,10 @@ class CPathTool {
   // The same for an installation in another folder.
   static CString GetUpdateFolderFor(const CString& launcherFolder, bool create);
   static void EmptyFolderTree(const CString& path);
+  // Empties the virtual-store copy and the shared folder. A shared folder that survives is
+  // handed to an elevated "CMD.EXE /c rd /s /q", unless a link is left in it that rd could
+  // follow out of the folder; that case is traced and the folder stays.
+  static void CleanSharedFolders();
 
   // Starts "cacls" on a folder without waiting.
   static void GrantEveryoneFullControl(const CString& path, bool thisFolderOnly);

@@ -16,7 +16,6 @@ class CStartApp : public CWinApp {
   int QuitRequested = 0;
 
  private:
-  void CleanSharedFolders(const CString& source);
   void OnFormFinalMessage();
   int m_reserved;  // set to 1 and never read, as it always was
   // The login-user window, made in step 10 when there is a request to hand over.

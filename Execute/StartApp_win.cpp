@@ -56,7 +56,7 @@ BOOL CStartApp::InitInstance() {
     if (IsEmptyMarkerFile(source + L"SilentFlag")) CPathTool::UpdateSourceFolder = source;
   }
   // 6. stale shared data, unless "up" names the launcher's own folder
-  if (CPathTool::GetLauncherFolder().CompareNoCase(source) != 0) CleanSharedFolders(source);
+  if (CPathTool::GetLauncherFolder().CompareNoCase(source) != 0) CPathTool::CleanSharedFolders();
   // 7-8. strings and global state
   CMutiLanSupport* strings = CMutiLanSupport::GetInstance();
   strings->LoadLangSetting();
@@ -115,28 +115,6 @@ void CStartApp::OnFormFinalMessage() {
   // The choice is made (or the window closed): leave the loop; a message wakes it up.
   QuitRequested = 1;
   PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
-}
-
-void CStartApp::CleanSharedFolders(const CString&) {
-  Debug(L"CStartApp::InitInstance(): Win7 Processing...\n");
-  CString store = CPathTool::GetVirtualStoreFolder();
-  if (!store.IsEmpty() && mivo::common::IsFolderExist(store)) {
-    Debug(L"CStartApp::InitInstance(): Empty Common AppData VirtualStore Folder: " + store + L"\n");
-    CPathTool::EmptyFolderTree(store);
-  }
-  CString shared = CPathTool::GetSharedDataFolder();
-  if (!shared.IsEmpty() && mivo::common::IsFolderExist(shared)) {
-    Debug(L"CStartApp::InitInstance(): Empty Common AppData Folder: " + shared + L"\n");
-    CPathTool::EmptyFolderTree(shared);
-    Sleep(200);
-    if (mivo::common::IsFolderExist(shared)) {
-      Debug(L"CStartApp::InitInstance(): Run as administrator to empty common appData folder: " + shared + L"\n");
-      CString parameters;
-      parameters.Format(L"/c rd \"%s\" /s /q", shared.GetString());
-      ShellExecuteW(nullptr, L"runas", L"CMD.EXE", parameters, nullptr, SW_HIDE);
-      Sleep(200);
-    }
-  }
 }
 
 int CStartApp::Run() {

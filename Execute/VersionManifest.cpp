@@ -11,7 +11,7 @@
 #include "common/Conversion.h"
 #include "common/FileUtil.h"
 #include "common/MutiLanSupport.h"
-#include "common/XmlNesting.h"
+#include "common/XmlLoader.h"
 #include "toolkit/Exception.h"
 
 namespace {
@@ -58,41 +58,15 @@ bool Guarded(Body&& body) {
   return false;
 }
 
-// Manifests nest three levels deep; this leaves room while keeping TinyXML's recursion short.
-constexpr int kMaxNesting = 256;
-
-// Reads the file through the toolkit (wide paths, "\" separators on every platform) and
-// prepares it as TiXmlDocument::LoadFile would: up to the first NUL, line ends made "\n".
-// A UTF-8 byte-order mark is dropped, since the document is parsed as plain bytes.
-bool LoadText(const CString& path, std::string& text) {
-  std::string bytes;
-  if (!mivo::common::LoadFile(path, bytes)) return false;
-  size_t i = bytes.compare(0, 3, "\xef\xbb\xbf") == 0 ? 3 : 0;
-  text.reserve(bytes.size());
-  for (; i < bytes.size() && bytes[i] != '\0'; ++i) {
-    if (bytes[i] == '\r') {
-      text.push_back('\n');
-      if (i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
-    } else {
-      text.push_back(bytes[i]);
-    }
-  }
-  return true;
-}
-
 // Loads and parses the file and hands its root element to `use`; false when the file is
 // missing, malformed, nested too deeply, or rooted elsewhere. The values are code page 936
 // bytes whatever the declaration says, so TinyXML reads them as bytes (its legacy encoding),
 // never stepping over a quote or a '<' as its UTF-8 mode can.
 template <typename Use>
 bool WithRoot(const CString& path, const char* rootName, Use&& use) {
-  std::string text;
-  if (!LoadText(path, text) ||
-      !mivo::common::XmlNestingWithin(text.c_str(), kMaxNesting, mivo::common::XmlScanMode::kLegacy))
-    return false;
   TiXmlDocument doc;
-  doc.Parse(text.c_str(), nullptr, TIXML_ENCODING_LEGACY);
-  const TiXmlElement* root = doc.Error() ? nullptr : doc.RootElement();
+  if (!mivo::common::LoadXmlFile(path, doc, mivo::common::XmlEncoding::kLegacy)) return false;
+  const TiXmlElement* root = doc.RootElement();
   if (!root || root->ValueStr() != rootName) return false;
   use(root);
   return true;

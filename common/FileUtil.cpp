@@ -10,7 +10,8 @@ namespace mivo::common {
 namespace {
 
 CString WithoutTrailingSlash(CString folder) {
-  while (folder.GetLength() > 1 && folder[folder.GetLength() - 1] == L'\\') folder = folder.Left(folder.GetLength() - 1);
+  while (folder.GetLength() > 1 && folder[folder.GetLength() - 1] == L'\\')
+    folder = folder.Left(folder.GetLength() - 1);
   return folder;
 }
 
@@ -38,11 +39,12 @@ void ForEachEntry(const CString& folder, Visit&& visit) {
   }
 }
 
-int CollectFiles(const CString& folder, std::list<CString>& files, const CString& ext, bool recurse) {
+int CollectFiles(const CString& folder, std::list<CString>& files, const CString& ext, bool recurse, int depth) {
   int added = 0;
   ForEachEntry(folder, [&](const CFileFind& entry, const CString& full) {
     if (entry.IsDirectory()) {
-      if (recurse && !entry.IsReparsePoint()) added += CollectFiles(full, files, ext, true);
+      if (recurse && !entry.IsReparsePoint() && depth < kMaxFolderDepth)
+        added += CollectFiles(full, files, ext, true, depth + 1);
     } else if (HasExt(entry.GetFileName(), ext)) {
       files.push_back(full);
       ++added;
@@ -82,23 +84,29 @@ bool IsEmptyFoler(const CString& folder) {
 }
 
 int GetAllFilesInFolder(const CString& folder, std::list<CString>& files, const CString& ext) {
-  return CollectFiles(folder, files, ext, false);
+  return CollectFiles(folder, files, ext, false, 0);
 }
 
 int GetAllFilesInFolderT(const CString& folder, std::list<CString>& files, const CString& ext) {
-  return CollectFiles(folder, files, ext, true);
+  return CollectFiles(folder, files, ext, true, 0);
 }
 
-int EmptyFolder(const CString& folder, int removeSelf, int recurse) {
-  CString base = WithoutTrailingSlash(folder);
+namespace {
+
+// Removes a link without following it: a folder link or junction as a folder, a file link as
+// a file.
+bool RemoveLink(const CString& path, bool folder) {
+  return folder ? toolkit::RemoveFolder(path) : toolkit::DeleteFileAt(path);
+}
+
+int EmptyFolderAt(const CString& base, int removeSelf, int recurse, int depth) {
   if (!IsFolderExist(base)) return 0;
   ForEachEntry(base, [&](const CFileFind& entry, const CString& full) {
-    if (entry.IsDirectory()) {
-      if (entry.IsReparsePoint()) {
-        if (recurse) toolkit::RemoveFolder(full);  // the link goes; its target stays untouched
-      } else if (recurse) {
-        EmptyFolder(full, 1, recurse);
-      }
+    if (entry.IsReparsePoint()) {
+      // the link goes (when it can); its target stays untouched
+      if (recurse || !entry.IsDirectory()) RemoveLink(full, entry.IsDirectory());
+    } else if (entry.IsDirectory()) {
+      if (recurse && depth < kMaxFolderDepth) EmptyFolderAt(full, 1, recurse, depth + 1);
     } else {
       if (entry.IsReadOnly()) toolkit::SetAttributes(full, FILE_ATTRIBUTE_NORMAL);
       toolkit::DeleteFileAt(full);
@@ -109,6 +117,34 @@ int EmptyFolder(const CString& folder, int removeSelf, int recurse) {
   return 1;
 }
 
+int RemoveLinksAt(const CString& base, int depth) {
+  int left = 0;
+  ForEachEntry(base, [&](const CFileFind& entry, const CString& full) {
+    if (entry.IsReparsePoint()) {
+      if (!RemoveLink(full, entry.IsDirectory())) ++left;
+    } else if (entry.IsDirectory()) {
+      // a folder too deep to look into may hold anything: it counts as a link left
+      left += depth < kMaxFolderDepth ? RemoveLinksAt(full, depth + 1) : 1;
+    }
+    return true;
+  });
+  return left;
+}
+
+}  // namespace
+
+int EmptyFolder(const CString& folder, int removeSelf, int recurse) {
+  return EmptyFolderAt(WithoutTrailingSlash(folder), removeSelf, recurse, 0);
+}
+
+int RemoveFolderLinks(const CString& folder) {
+  CString base = WithoutTrailingSlash(folder);
+  DWORD a = toolkit::GetAttributes(base);
+  if (a == toolkit::kInvalidAttributes) return 0;
+  if (a & FILE_ATTRIBUTE_REPARSE_POINT) return RemoveLink(base, (a & FILE_ATTRIBUTE_DIRECTORY) != 0) ? 0 : 1;
+  return (a & FILE_ATTRIBUTE_DIRECTORY) ? RemoveLinksAt(base, 0) : 0;
+}
+
 bool SafeDeleteFile(const wchar_t* path) {
   if (path && toolkit::DeleteFileAt(path)) return true;
   CString line;
@@ -117,19 +153,31 @@ bool SafeDeleteFile(const wchar_t* path) {
   return false;
 }
 
-int LoadFile(const CString& path, std::string& data) {
+int LoadFile(const CString& path, std::string& data) { return LoadFileWithin(path, data, ~0ull); }
+
+int LoadFileWithin(const CString& path, std::string& data, unsigned __int64 maxBytes) {
   if (path.IsEmpty()) return 0;
+  const size_t before = data.size();
   try {
     CFile file;
     if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone | CFile::typeBinary)) return 0;
+    // counted as it is read, so a file that grows meanwhile is caught too
     char chunk[4096];
-    while (UINT n = file.Read(chunk, sizeof chunk)) data.append(chunk, n);
+    while (UINT n = file.Read(chunk, sizeof chunk)) {
+      if (n > maxBytes - (data.size() - before)) {
+        data.resize(before);
+        return 0;
+      }
+      data.append(chunk, n);
+    }
     file.Close();
     return 1;
   } catch (CException* e) {
     e->Delete();
-    return 0;
+  } catch (const std::exception&) {  // out of memory
   }
+  data.resize(before);
+  return 0;
 }
 
 int SaveFile(const CString& path, const std::string& data) {

@@ -7,6 +7,7 @@
 #include "common/Conversion.h"
 #include "common/FileUtil.h"
 #include "common/StringUtil.h"
+#include "common/XmlLoader.h"
 
 namespace {
 
@@ -15,32 +16,19 @@ using mivo::common::utf8_to_CString;
 
 TiXmlElement* AsElement(TiXmlNode* node) { return node ? node->ToElement() : nullptr; }
 
-// Parses like TiXmlDocument::LoadFile: line ends become "\n" first.
-bool ParseInto(TiXmlDocument& doc, std::string text) {
-  std::string normalized;
-  normalized.reserve(text.size());
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '\r') {
-      normalized.push_back('\n');
-      if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
-    } else {
-      normalized.push_back(text[i]);
-    }
-  }
-  doc.Parse(normalized.c_str(), nullptr, TIXML_ENCODING_UNKNOWN);
-  return !doc.Error();
-}
-
-bool LoadInto(TiXmlDocument& doc, const CString& path) {
-  std::string bytes;
-  if (!mivo::common::LoadFile(path, bytes)) return false;
-  return ParseInto(doc, std::move(bytes));
-}
-
 std::string DeclaredEncoding(TiXmlDocument& doc) {
   for (TiXmlNode* n = doc.FirstChild(); n; n = n->NextSibling())
     if (TiXmlDeclaration* decl = n->ToDeclaration()) return decl->Encoding();
   return std::string();
+}
+
+// The node after `node` in document order (depth first) below `top`; null at the end. A walk
+// with it keeps no stack, so a tree of any depth costs none.
+TiXmlNode* NextInTree(const TiXmlNode* top, TiXmlNode* node) {
+  if (TiXmlNode* child = node->FirstChild()) return child;
+  for (; node && node != top; node = node->Parent())
+    if (TiXmlNode* next = node->NextSibling()) return next;
+  return nullptr;
 }
 
 // The first top-level element.
@@ -64,7 +52,7 @@ void CXmlDocument::Clear() {
 int CXmlDocument::LoadFile(const CString& path) {
   Clear();
   auto doc = std::make_unique<TiXmlDocument>();
-  if (!LoadInto(*doc, path)) return 0;
+  if (!mivo::common::LoadXmlFile(path, *doc, mivo::common::XmlEncoding::kDeclared)) return 0;
   m_doc = doc.release();
   m_path = path;
   std::string encoding = DeclaredEncoding(*m_doc);
@@ -78,7 +66,7 @@ int CXmlDocument::LoadFile(const CString& path) {
 int CXmlDocument::LoadStream(std::string text) {
   Clear();
   auto doc = std::make_unique<TiXmlDocument>();
-  if (!ParseInto(*doc, std::move(text))) return 0;
+  if (!mivo::common::ParseXml(text, *doc, mivo::common::XmlEncoding::kDeclared)) return 0;
   m_doc = doc.release();
   return 1;
 }
@@ -109,18 +97,20 @@ void CXmlDocument::TranslateXmlToUtf8(const CString& path) {
   } else {
     m_doc->InsertEndChild(utf8);
   }
-  for (TiXmlNode* n = m_doc->FirstChild(); n; n = n->NextSibling()) TranslateXmlNode(n);
+  TranslateXmlNodes(m_doc);
   SaveFile(path);
 }
 
-void CXmlDocument::TranslateXmlNode(TiXmlNode* node) {
-  if (TiXmlText* text = node->ToText()) {
-    text->SetValue(mivo::common::String2UTF8(text->ValueStr()));
-  } else if (TiXmlElement* element = node->ToElement()) {
-    for (TiXmlAttribute* a = element->FirstAttribute(); a; a = a->Next())
-      a->SetValue(mivo::common::String2UTF8(a->ValueStr()));
+// Every text and attribute value below `top`, in document order, without recursion.
+void CXmlDocument::TranslateXmlNodes(TiXmlNode* top) {
+  for (TiXmlNode* node = top->FirstChild(); node; node = NextInTree(top, node)) {
+    if (TiXmlText* text = node->ToText()) {
+      text->SetValue(mivo::common::String2UTF8(text->ValueStr()));
+    } else if (TiXmlElement* element = node->ToElement()) {
+      for (TiXmlAttribute* a = element->FirstAttribute(); a; a = a->Next())
+        a->SetValue(mivo::common::String2UTF8(a->ValueStr()));
+    }
   }
-  for (TiXmlNode* child = node->FirstChild(); child; child = child->NextSibling()) TranslateXmlNode(child);
 }
 
 TiXmlNode* CXmlDocument::PathWalk(const CString& path) const {
@@ -176,10 +166,8 @@ TiXmlNode* CXmlDocument::SetNodeAttribute(TiXmlNode* node, const CString& name, 
 TiXmlNode* CXmlDocument::FindChild(TiXmlNode* node, const CString& name) {
   if (!node) return nullptr;
   std::string wanted = CString_to_utf8(name);
-  for (TiXmlElement* child = node->FirstChildElement(); child; child = child->NextSiblingElement()) {
-    if (child->ValueStr() == wanted) return child;
-    if (TiXmlNode* deeper = FindChild(child, name)) return deeper;
-  }
+  for (TiXmlNode* n = node->FirstChild(); n; n = NextInTree(node, n))
+    if (n->ToElement() && n->ValueStr() == wanted) return n;
   return nullptr;
 }
 
@@ -209,7 +197,8 @@ int CXmlDocument::Merge(TiXmlNode* dst, TiXmlNode* src) {
   if (!dst || !src) return 0;
   TiXmlNode* existing = dst->FirstChildElement(src->ValueStr());
   if (existing) {
-    for (TiXmlElement* child = src->FirstChildElement(); child; child = child->NextSiblingElement()) Merge(existing, child);
+    for (TiXmlElement* child = src->FirstChildElement(); child; child = child->NextSiblingElement())
+      Merge(existing, child);
   } else {
     dst->InsertEndChild(*src);
   }

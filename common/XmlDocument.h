@@ -48,7 +48,7 @@ class MIVO_COMMON_API CXmlDocument {
   static TiXmlNode* GetFirstChild(TiXmlNode* node);                // first child element
   static TiXmlNode* GetFirstChild(TiXmlNode* node, CString name);  // first child element so named
   static TiXmlNode* GetNextSibling(TiXmlNode* node);               // next sibling element
-  static TiXmlNode* CreateNode(const CString& name);  // owned by the caller until inserted
+  static TiXmlNode* CreateNode(const CString& name);               // owned by the caller until inserted
   // Attaches `child` (taking ownership) as the last child; null, with the child still the
   // caller's, when either is null.
   static TiXmlNode* InsertEndChild(TiXmlNode* parent, TiXmlNode* child);
@@ -67,7 +67,7 @@ class MIVO_COMMON_API CXmlDocument {
  private:
   int Merge(TiXmlNode* dst, TiXmlNode* src);
   void TranslateXmlToUtf8(const CString& path);
-  void TranslateXmlNode(TiXmlNode* node);
+  static void TranslateXmlNodes(TiXmlNode* top);
 
   TiXmlDocument* m_doc = nullptr;
   CString m_path;

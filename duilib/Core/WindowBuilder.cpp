@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "common/XmlNesting.h"
+#include "common/XmlLoader.h"
 #include "duilib/Core/AttributeValue.h"
 #include "duilib/Core/Box.h"
 #include "duilib/Core/Button.h"
@@ -17,15 +17,11 @@
 #include "duilib/Core/Option.h"
 #include "duilib/Core/SkinPath.h"
 #include "duilib/Core/Window.h"
-#include "toolkit/File.h"
 #include "toolkit/Utf8.h"
 
 namespace mivo::duilib {
 
 namespace {
-
-// Far beyond any real skin; a larger file is not one.
-constexpr unsigned long long kMaxSkinBytes = 16ull << 20;
 
 using ControlList = std::vector<std::unique_ptr<Control>>;
 
@@ -37,39 +33,18 @@ std::wstring Wide(const char* utf8) {
 
 std::wstring AttributeOf(const TiXmlElement& element, const char* name) { return Wide(element.Attribute(name)); }
 
-bool ReadSkinFile(const std::wstring& path, std::string& bytes) {
-  try {
-    CFile file;
-    if (!file.Open(path.c_str(), CFile::modeRead | CFile::shareDenyNone | CFile::typeBinary)) return false;
-    ULONGLONG length = file.GetLength();
-    if (length > kMaxSkinBytes) return false;
-    bytes.resize(static_cast<size_t>(length));
-    bytes.resize(bytes.empty() ? 0 : file.Read(bytes.data(), static_cast<UINT>(bytes.size())));
-    return true;
-  } catch (CException* e) {
-    e->Delete();
-    return false;
-  }
+// Reads and parses a skin file (UTF-8, at most the loader's size) or text; null when it is
+// malformed, has no root element, or nests deeper than `limit`.
+std::unique_ptr<TiXmlDocument> ReadSkin(const std::wstring& path, int limit) {
+  auto doc = std::make_unique<TiXmlDocument>();
+  if (!common::LoadXmlFile(CString(path.c_str()), *doc, common::XmlEncoding::kUtf8, limit) || !doc->RootElement())
+    return nullptr;
+  return doc;
 }
 
-// Parses the text as TinyXML's LoadFile would (line ends made "\n"), after making it valid
-// UTF-8 (each broken sequence one U+FFFD), so that the nesting scan and TinyXML read it alike.
-// Null when it is malformed or nested deeper than `limit`.
 std::unique_ptr<TiXmlDocument> ParseSkin(const std::string& bytes, int limit) {
-  std::string lines;
-  lines.reserve(bytes.size());
-  for (size_t i = 0; i < bytes.size(); ++i) {
-    lines.push_back(bytes[i] == '\r' ? '\n' : bytes[i]);
-    if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
-  }
-  std::wstring wide;
-  toolkit::Utf8ToWide(lines.data(), lines.size(), wide);
-  std::string text;
-  toolkit::WideToUtf8(wide.data(), wide.size(), text);
-  if (!common::XmlNestingWithin(text.c_str(), limit, common::XmlScanMode::kUtf8)) return nullptr;
   auto doc = std::make_unique<TiXmlDocument>();
-  doc->Parse(text.c_str(), nullptr, TIXML_ENCODING_UTF8);
-  if (doc->Error() || !doc->RootElement()) return nullptr;
+  if (!common::ParseXml(bytes, *doc, common::XmlEncoding::kUtf8, limit) || !doc->RootElement()) return nullptr;
   return doc;
 }
 
@@ -202,10 +177,8 @@ class SkinReader {
     std::wstring key = FileKey(relative);
     for (const std::wstring& open : m_openFiles)
       if (open == key) return;  // a file that includes itself, directly or not
-    std::string bytes;
-    if (!ReadSkinFile(JoinPath(m_folder, relative), bytes)) return;
     // The included root takes the Include element's place, and its level.
-    std::unique_ptr<TiXmlDocument> doc = ParseSkin(bytes, WindowBuilder::kMaxNesting - depth + 1);
+    std::unique_ptr<TiXmlDocument> doc = ReadSkin(JoinPath(m_folder, relative), WindowBuilder::kMaxNesting - depth + 1);
     if (!doc) return;
     m_openFiles.push_back(key);
     ++m_includeDepth;
@@ -228,21 +201,22 @@ Control* WindowBuilder::Create(const std::wstring& skinFolder, const std::wstrin
   m_windowAttributes.clear();
   std::wstring relative;
   if (!InsideFolder(xmlFile, relative)) relative = xmlFile;
-  std::string bytes;
-  if (!ReadSkinFile(JoinPath(skinFolder, relative), bytes)) return nullptr;
-  return Build(bytes, skinFolder, FileKey(relative), std::move(callback), window, parent);
+  std::unique_ptr<TiXmlDocument> doc = ReadSkin(JoinPath(skinFolder, relative), kMaxNesting);
+  if (!doc) return nullptr;
+  return Build(std::move(doc), skinFolder, FileKey(relative), std::move(callback), window, parent);
 }
 
 Control* WindowBuilder::CreateFromString(const std::string& utf8Xml, CreateControlCallback callback, Window* window,
                                          Box* parent, const std::wstring& skinFolder) {
   m_windowAttributes.clear();
-  return Build(utf8Xml, skinFolder, std::wstring(), std::move(callback), window, parent);
+  std::unique_ptr<TiXmlDocument> doc = ParseSkin(utf8Xml, kMaxNesting);
+  if (!doc) return nullptr;
+  return Build(std::move(doc), skinFolder, std::wstring(), std::move(callback), window, parent);
 }
 
-Control* WindowBuilder::Build(const std::string& bytes, const std::wstring& skinFolder, const std::wstring& fileKey,
-                              CreateControlCallback callback, Window* window, Box* parent) {
-  std::unique_ptr<TiXmlDocument> doc = ParseSkin(bytes, kMaxNesting);
-  if (!doc) return nullptr;
+Control* WindowBuilder::Build(std::unique_ptr<TiXmlDocument> doc, const std::wstring& skinFolder,
+                              const std::wstring& fileKey, CreateControlCallback callback, Window* window,
+                              Box* parent) {
   const TiXmlElement& root = *doc->RootElement();
   if (root.ValueStr() == "Window") {
     for (const TiXmlAttribute* a = root.FirstAttribute(); a; a = a->Next()) {

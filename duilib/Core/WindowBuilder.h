@@ -6,9 +6,12 @@
 // cannot be read gives null, never a crash.
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "toolkit/export.h"
+
+class TiXmlDocument;
 
 namespace mivo::duilib {
 
@@ -47,7 +50,7 @@ class MIVO_COMMON_API WindowBuilder {
   const std::map<std::wstring, std::wstring>& WindowAttributes() const { return m_windowAttributes; }
 
  private:
-  Control* Build(const std::string& bytes, const std::wstring& skinFolder, const std::wstring& fileKey,
+  Control* Build(std::unique_ptr<TiXmlDocument> doc, const std::wstring& skinFolder, const std::wstring& fileKey,
                  CreateControlCallback callback, Window* window, Box* parent);
 
   std::map<std::wstring, std::wstring> m_windowAttributes;

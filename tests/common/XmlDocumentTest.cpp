@@ -18,7 +18,6 @@ using testing_support::Write;
 
 namespace {
 
-
 TEST(XmlPaths, WalkFindsFirstMatchesAndStopsAtTheFirstMiss) {
   CXmlDocument doc;
   EXPECT_EQ(doc.PathWalk(L"A"), nullptr);  // no document
@@ -86,6 +85,42 @@ TEST(XmlFiles, BadInputLeavesNoDocument) {
   Write(dir.NativeOf(L"bom.xml"), "\xef\xbb\xbf<a v=\"\xc3\xa9\"/>");
   ASSERT_EQ(doc.LoadFile(dir.Path() + L"bom.xml"), 1);
   EXPECT_EQ(CXmlDocument::GetNodeAttribute(doc.PathWalk(L"a"), L"v"), L"\u00e9");
+}
+
+std::string Nested(int depth, const std::string& prolog = "") {
+  std::string text = prolog;
+  for (int i = 0; i < depth; ++i) text += "<a>";
+  for (int i = 0; i < depth; ++i) text += "</a>";
+  return text;
+}
+
+// TinyXML recurses once a level: a file nested past the limit fails like a malformed one
+// (under Wine, 20,000 levels overflow the stack otherwise), whichever encoding it declares.
+TEST(XmlFiles, NestingBeyondTheLimitFailsToLoad) {
+  struct Row {
+    int depth;
+    const char* prolog;
+    int loads;
+  } rows[] = {{200, "", 1},   {200, "<?xml version=\"1.0\" encoding=\"utf-8\"?>", 1},
+              {258, "", 0},   {258, "\xef\xbb\xbf", 0},
+              {20000, "", 0}, {20000, "<?xml version=\"1.0\"?>", 0}};
+  TempDir dir;
+  for (const Row& row : rows) {
+    std::string text = Nested(row.depth, row.prolog);
+    Write(dir.NativeOf(L"deep.xml"), text);
+    CXmlDocument doc;
+    EXPECT_EQ(doc.LoadFile(dir.Path() + L"deep.xml"), row.loads) << row.depth << row.prolog;
+    EXPECT_EQ(doc.LoadStream(text), row.loads) << row.depth << row.prolog;
+  }
+}
+
+// A text declared UTF-8 is read as UTF-8 even where it is broken: each broken sequence is one
+// U+FFFD, and no byte of it can swallow the quote or '<' after it.
+TEST(XmlEncoding, BrokenUtf8IsReplacedNotStepped) {
+  CXmlDocument doc;
+  ASSERT_EQ(doc.LoadStream("<?xml version=\"1.0\" encoding=\"UTF-8\"?><a v=\"x\xe4\"><b/></a>"), 1);
+  EXPECT_EQ(CXmlDocument::GetNodeAttribute(doc.PathWalk(L"a"), L"v"), L"x\ufffd");
+  EXPECT_NE(doc.PathWalk(L"a b"), nullptr);
 }
 
 TEST(XmlFiles, SaveAndReloadRoundTrip) {

@@ -109,4 +109,39 @@ case_concurrent_launchers_leave_silently() {
   [ "$starts" = 1 ] || fail "the extra launchers traced ($starts start-up lines)"
 }
 
+# Links (Wine's directory symbolic links: Unix links in the prefix; Wine makes no junctions)
+# in the shared folder, its virtual-store copy and "Temp", each pointing at a folder outside
+# with a file in it. The walks empty the folders around the links; Wine cannot remove such a
+# link, so the shared folder survives and the elevated "rd /s /q", which would follow the link
+# and wipe its target, must not run.
+case_links_in_emptied_folders_keep_their_targets() {
+  local setup='for t in shared store temp; do mkdir -p "$CASE_DIR/outside/$t" && echo keep >"$CASE_DIR/outside/$t/precious.txt"; done
+shared="$WINEPREFIX/drive_c/ProgramData/TarnellMIVO"; mkdir -p "$shared/sub" && echo stale >"$shared/stale.txt"
+ln -s "$CASE_DIR/outside/shared" "$shared/sub/link"
+appdata=$(ls -d "$WINEPREFIX"/drive_c/users/*/AppData/Local | grep -v /Public/ | head -1)
+store="$appdata/VirtualStore/ProgramData/TarnellMIVO"; mkdir -p "$store" && echo stale >"$store/stale.txt"
+ln -s "$(realpath --relative-to="$store" "$CASE_DIR/outside/store")" "$store/link"
+mkdir -p Temp && echo stale >Temp/stale.txt && ln -s "$CASE_DIR/outside/temp" Temp/link'
+  MIVO_E2E_SETUP="$strings; $setup" run "$current"
+  local dir="$work/$current" t
+  for t in shared store temp; do
+    [ "$(cat "$dir/outside/$t/precious.txt" 2>&1)" = keep ] || fail "the file the $t link points at is gone"
+  done
+  [ ! -e "$dir/prefix/drive_c/ProgramData/TarnellMIVO/stale.txt" ] || fail "the shared folder was not emptied"
+  [ ! -e "$dir/install/Temp/stale.txt" ] || fail "Temp was not emptied"
+  ! ls "$dir"/prefix/drive_c/users/*/AppData/Local/VirtualStore/ProgramData/TarnellMIVO/stale.txt >/dev/null 2>&1 ||
+    fail "the virtual-store copy was not emptied"
+  [ "$(count_of client)" = 1 ] || fail "the client did not start"
+  has_trace 'CPathTool::CleanSharedFolders 1 link(s) left in C:\ProgramData\TarnellMIVO\, not removed as administrator'
+}
+
+# A "lang.xml" nested 20,000 levels deep once overflowed the stack before anything was done:
+# now it is refused like a damaged file, traced, and the start goes on.
+case_a_deeply_nested_lang_xml_is_refused() {
+  local deep='{ printf "<LangSetting lang=\"en_US\">"; for i in $(seq 20000); do printf "<a>"; done; } >lang.xml'
+  MIVO_E2E_SETUP="$strings; $deep" run "$current"
+  [ "$(count_of client)" = 1 ] || fail "the client did not start"
+  has_trace 'lang.xml not loaded: nested too deeply'
+}
+
 run_cases "$@"
