@@ -115,10 +115,14 @@ std::string LoginUserStore::SerializeStartFile() const {
   return writer.write(root);
 }
 
-void LoginUserStore::SaveStartFile() {
+bool LoginUserStore::SaveStartFile() {
   m_storedUsers.clear();
   for (const auto& entry : m_clients) m_storedUsers.push_back(entry.first);
-  mivo::common::SaveFile(GetStartFilePath(), SerializeStartFile());
+  CString path = GetStartFilePath();
+  if (mivo::common::SaveFile(path, SerializeStartFile())) return true;
+  // the user's remembered choice is lost for the next start: say so in the log
+  if (g_ITrace) g_ITrace->Trace(3, true, L"CStartHideWindowForm cannot save %s", path.GetString());
+  return false;
 }
 
 bool LoginUserStore::IsKnownAccountName(const CString& text) {

@@ -61,7 +61,8 @@ class LoginUserStore {
   LoginUserStore& operator=(const LoginUserStore&) = delete;
 
   void LoadStartFile();
-  void SaveStartFile();
+  // False, with a trace line, when the file could not be replaced; the old one stays.
+  bool SaveStartFile();
   // The bytes SaveStartFile writes, for the current state (stored users not yet rebuilt).
   std::string SerializeStartFile() const;
 
