@@ -211,6 +211,20 @@ class RewriteFault : public testing::TestWithParam<Rewriter> {
   }
 };
 
+// Windows refuses to replace a read-only file (MoveFileEx fails); the rewrite must say so
+// and leave the file alone.
+TEST_P(RewriteFault, ReadOnlyTargetIsLeftAlone) {
+  TempDir dir;
+  std::string a, b;
+  ASSERT_NO_FATAL_FAILURE(WriteBothKeepingA(dir.Path(), a, b));
+  CString path = dir.Path() + GetParam().file;
+  ASSERT_TRUE(toolkit::SetAttributes(path, FILE_ATTRIBUTE_READONLY));
+  bool reported = GetParam().write(dir.Path(), 1);
+  EXPECT_TRUE(toolkit::GetAttributes(path) & FILE_ATTRIBUTE_READONLY) << "the file lost its read-only attribute";
+  toolkit::SetAttributes(path, FILE_ATTRIBUTE_NORMAL);
+  ExpectFailedRewriteKeptA(dir.Path(), reported, a);
+}
+
 #if !defined(_WIN32)
 
 // A file may grow no larger than a limit between A and B, in a child process.
