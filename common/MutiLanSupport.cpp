@@ -6,9 +6,10 @@
 #include "common/Conversion.h"
 #include "common/FileUtil.h"
 #include "common/MessageBox.h"
-#include "common/XmlDocument.h"
 #include "common/StdioFileEx.h"
 #include "common/StringUtil.h"
+#include "common/Trace.h"
+#include "common/XmlDocument.h"
 
 const wchar_t* const g_szLangSettingFile = L"lang.xml";
 const wchar_t* const g_szLangSettingPath = L"LangSetting";
@@ -64,7 +65,11 @@ CMutiLanSupport* CMutiLanSupport::GetInstance() {
 int CMutiLanSupport::LoadStringTable(const CString& path) {
   CStringList lines;
   bool opened = false;
-  if (!path.IsEmpty()) {
+  // A table is some kilobytes; one past the bound is not one, and is refused unread.
+  bool tooLarge = mivo::common::GetFileSize(path) > kMaxStringTableBytes;
+  if (tooLarge && g_ITrace)
+    g_ITrace->Trace(3, true, L"CMutiLanSupport::LoadStringTable %s is larger than 32 MiB", path.GetString());
+  if (!path.IsEmpty() && !tooLarge) {
     try {
       CStdioFileEx file;
       file.SetCodePage(65001);

@@ -9,10 +9,10 @@ struct LANG_SETTING {
   CString strLangToSave;  // the code SaveLangSetting writes
 };
 
-extern MIVO_COMMON_API const wchar_t* const g_szLangSettingFile;   // "lang.xml"
-extern MIVO_COMMON_API const wchar_t* const g_szLangSettingPath;   // "LangSetting"
-extern MIVO_COMMON_API const wchar_t* const g_szLangSettingAttr;   // "lang"
-extern MIVO_COMMON_API const wchar_t* const g_szDefaultLang;       // "zh_CN"
+extern MIVO_COMMON_API const wchar_t* const g_szLangSettingFile;  // "lang.xml"
+extern MIVO_COMMON_API const wchar_t* const g_szLangSettingPath;  // "LangSetting"
+extern MIVO_COMMON_API const wchar_t* const g_szLangSettingAttr;  // "lang"
+extern MIVO_COMMON_API const wchar_t* const g_szDefaultLang;      // "zh_CN"
 
 class MIVO_COMMON_API CMutiLanSupport {
  public:
@@ -28,7 +28,8 @@ class MIVO_COMMON_API CMutiLanSupport {
   void SetLangSetting(const LANG_SETTING& setting) { m_setting = setting; }
 
   // Loads a table file (UTF-8, or UTF-16 with its mark) and merges its entries; 1, or 0
-  // after telling the user that the file is missing.
+  // after telling the user that the file is missing (or larger than kMaxStringTableBytes).
+  static constexpr unsigned long long kMaxStringTableBytes = 32ull << 20;
   int LoadStringTable(const CString& path);
   // The text for the id with "\r" and "\n" pairs turned into real line ends; "" if unknown.
   CString GetStringViaID(const CString& id) const;

@@ -1,6 +1,8 @@
 #include "duilib/Core/Box.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "duilib/Core/AttributeValue.h"
 #include "duilib/Render/IRender.h"
@@ -21,10 +23,35 @@ void Box::SetAttribute(const std::wstring& name, const std::wstring& value) {
     Control::SetAttribute(name, value);
 }
 
+namespace {
+
+// How many controls the subtree of `top` holds on its longest path, counted without recursion;
+// stops counting past `limit`.
+int SubtreeHeight(Control* top, int limit) {
+  auto* box = dynamic_cast<Box*>(top);
+  if (!box || box->GetItems().empty()) return 1;
+  int height = 0;
+  std::vector<std::pair<Control*, int>> todo{{top, 1}};
+  while (!todo.empty() && height <= limit) {
+    auto [control, level] = todo.back();
+    todo.pop_back();
+    height = std::max(height, level);
+    if (auto* box = dynamic_cast<Box*>(control))
+      for (Control* child : box->GetItems()) todo.emplace_back(child, level + 1);
+  }
+  return height;
+}
+
+}  // namespace
+
 bool Box::Add(Control* child) { return AddAt(child, m_items.size()); }
 
 bool Box::AddAt(Control* child, size_t index) {
-  if (!child || child->GetParent() || child == this || index > m_items.size()) return false;
+  if (!child || child->GetParent() || index > m_items.size()) return false;
+  int depth = 0;  // controls from here up to the root
+  for (Control* up = this; up; up = up->GetParent(), ++depth)
+    if (up == child) return false;
+  if (depth + SubtreeHeight(child, kMaxTreeDepth) > kMaxTreeDepth) return false;
   m_items.insert(m_items.begin() + static_cast<std::ptrdiff_t>(index), child);
   child->SetWindow(GetWindow(), this);
   Arrange();

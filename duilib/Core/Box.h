@@ -17,7 +17,13 @@ class MIVO_COMMON_API Box : public Control {
   // The layout's names first ("padding", "childmargin"), then "mousechild", then the control's.
   void SetAttribute(const std::wstring& name, const std::wstring& value) override;
 
-  // Takes ownership; false for null or a control that already has a parent.
+  // Painting, layout, hit testing and deletion go down the tree one call a level: a tree is
+  // never deeper than this many controls (skins nest at most WindowBuilder::kMaxNesting).
+  static constexpr int kMaxTreeDepth = 512;
+
+  // Takes ownership; false for null, a control that already has a parent, this box or one of
+  // its ancestors (a loop), or a child whose subtree would make the tree deeper than
+  // kMaxTreeDepth.
   bool Add(Control* child);
   bool AddAt(Control* child, size_t index);
   // Deletes the child; false if it is not one.

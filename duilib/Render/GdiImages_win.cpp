@@ -36,6 +36,9 @@ struct DecodedImage {
   DecodedImage(int width, int height) : pixels(width, height) {}
 };
 
+// No skin image is larger; a bigger one (damaged or hostile) would cost up to gigabytes.
+constexpr UINT kMaxImageSide = 8192;
+
 const DecodedImage* LoadImageFile(const std::wstring& path) {
   static std::map<std::wstring, std::unique_ptr<DecodedImage>> cache;
   std::wstring key = path;
@@ -44,7 +47,9 @@ const DecodedImage* LoadImageFile(const std::wstring& path) {
   if (found != cache.end()) return found->second.get();
   if (!StartGdiplus()) return nullptr;
   Gdiplus::Bitmap file(path.c_str());
-  if (file.GetLastStatus() != Gdiplus::Ok || file.GetWidth() == 0 || file.GetHeight() == 0) return nullptr;
+  if (file.GetLastStatus() != Gdiplus::Ok || file.GetWidth() == 0 || file.GetHeight() == 0 ||
+      file.GetWidth() > kMaxImageSide || file.GetHeight() > kMaxImageSide)
+    return nullptr;
   const int width = static_cast<int>(file.GetWidth()), height = static_cast<int>(file.GetHeight());
   auto image = std::make_unique<DecodedImage>(width, height);
   if (!image->pixels.IsValid()) return nullptr;

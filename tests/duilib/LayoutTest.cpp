@@ -200,5 +200,30 @@ TEST(BoxTest, ABoxLaysOutInsideItsPaddingAndSizesItselfFromItsChildren) {
   EXPECT_EQ(nullptr, box.FindSubControl(L"deep"));
 }
 
+// Painting and layout recurse once a level: a loop or a tree past the limit is refused.
+TEST(BoxTest, NoLoopsAndNoTreeDeeperThanTheLimit) {
+  VBox root;
+  Box* last = &root;
+  for (int depth = 1; depth < Box::kMaxTreeDepth; ++depth) {
+    auto* next = new VBox();
+    ASSERT_TRUE(last->Add(next)) << depth;
+    last = next;
+  }
+  auto* leaf = new Control();
+  EXPECT_FALSE(last->Add(leaf));  // one level too many
+  delete leaf;
+  auto* twoLevels = new VBox();
+  twoLevels->Add(new Control());
+  auto* up = static_cast<Box*>(last->GetParent());
+  EXPECT_FALSE(up->Add(twoLevels));  // its subtree counts too
+  EXPECT_TRUE(static_cast<Box*>(up->GetParent())->Add(twoLevels));
+  auto* island = new VBox();
+  auto* inside = new VBox();
+  island->Add(inside);
+  EXPECT_FALSE(inside->Add(island));  // its own ancestor
+  EXPECT_FALSE(island->Add(island));
+  delete island;
+}
+
 }  // namespace
 }  // namespace mivo::duilib
