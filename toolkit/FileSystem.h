@@ -16,7 +16,8 @@ MIVO_COMMON_API bool CreateFolder(const wchar_t* path);  // one level, as Create
 // Removes an empty folder, or a link to a folder without touching its target.
 MIVO_COMMON_API bool RemoveFolder(const wchar_t* path);
 MIVO_COMMON_API bool DeleteFileAt(const wchar_t* path);
-// Renames `from` over `to` in one step (MoveFileEx with replacing / rename).
+// Renames `from` over `to` in one step (MoveFileEx with replacing / rename); false, as on
+// Windows, when `to` is read-only.
 MIVO_COMMON_API bool ReplaceFileWith(const wchar_t* from, const wchar_t* to);
 MIVO_COMMON_API bool GetFileLength(const wchar_t* path, ULONGLONG& length);
 MIVO_COMMON_API bool GetDiskFreeBytes(const wchar_t* path, ULONGLONG& freeBytes);

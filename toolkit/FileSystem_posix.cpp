@@ -70,6 +70,12 @@ bool DeleteFileAt(const wchar_t* path) {
 
 bool ReplaceFileWith(const wchar_t* from, const wchar_t* to) {
   if (!from || !to) return false;
+  // rename() replaces a read-only file; MoveFileEx does not, and the callers count on that
+  DWORD target = GetAttributes(to);
+  if (target != kInvalidAttributes && (target & FILE_ATTRIBUTE_READONLY)) {
+    errno = EACCES;
+    return false;
+  }
   return ::rename(sys::ToNativePath(from).c_str(), sys::ToNativePath(to).c_str()) == 0;
 }
 

@@ -22,7 +22,14 @@ bool RemoveFolder(const wchar_t* path) {
 bool DeleteFileAt(const wchar_t* path) { return path && DeleteFileW(path) != FALSE; }
 
 bool ReplaceFileWith(const wchar_t* from, const wchar_t* to) {
-  return from && to && MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+  if (!from || !to) return false;
+  // Windows refuses to replace a read-only file; Wine does not, so it is checked here
+  DWORD target = GetFileAttributesW(to);
+  if (target != INVALID_FILE_ATTRIBUTES && (target & FILE_ATTRIBUTE_READONLY)) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return false;
+  }
+  return MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
 }
 
 bool GetFileLength(const wchar_t* path, ULONGLONG& length) {
