@@ -184,7 +184,8 @@ int SaveFile(const CString& path, const std::string& data) {
   if (path.IsEmpty()) return 0;
   static std::atomic<unsigned> counter{0};
   CString temp;
-  temp.Format(L"%s.%u.mivo-new", path.GetString(), counter++);
+  // the process id keeps two processes rewriting the same file off each other's temporary file
+  temp.Format(L"%s.%lu.%u.mivo-new", path.GetString(), toolkit::CurrentProcessId(), counter++);
   try {
     CFile file;
     if (!file.Open(temp, CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive | CFile::typeBinary)) return 0;

@@ -30,5 +30,7 @@ MIVO_COMMON_API void OutputDebugText(const wchar_t* text);
 // The system's text for an error number (GetLastError / errno).
 MIVO_COMMON_API CString ErrorText(long error);
 MIVO_COMMON_API long LastError();
+// The running process's id (GetCurrentProcessId / getpid).
+MIVO_COMMON_API unsigned long CurrentProcessId();
 
 }  // namespace toolkit

@@ -122,4 +122,6 @@ CString ErrorText(long error) {
 
 long LastError() { return errno; }
 
+unsigned long CurrentProcessId() { return static_cast<unsigned long>(::getpid()); }
+
 }  // namespace toolkit

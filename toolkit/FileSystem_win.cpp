@@ -71,4 +71,6 @@ CString ErrorText(long error) {
 
 long LastError() { return static_cast<long>(GetLastError()); }
 
+unsigned long CurrentProcessId() { return GetCurrentProcessId(); }
+
 }  // namespace toolkit

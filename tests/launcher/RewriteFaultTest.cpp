@@ -178,7 +178,7 @@ const Rewriter kRewriters[] = {
 std::string RowName(const testing::TestParamInfo<Rewriter>& info) { return info.param.name; }
 void PrintTo(const Rewriter& row, std::ostream* out) { *out << row.name; }
 
-// The rewriters' temporary files ("<file>.<n>.mivo-new") left in the folder.
+// The rewriters' temporary files ("<file>.<pid>.<n>.mivo-new") left in the folder.
 int TempFiles(const std::filesystem::path& folder) {
   int n = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
