@@ -125,6 +125,8 @@ TiXmlNode* CXmlDocument::PathWalk(const CString& path) const {
 TiXmlNode* CXmlDocument::InsertEndChild(const CString& path) {
   CStringArray names;
   if (!mivo::common::AnalyzeString(path, L' ', names)) return nullptr;
+  // a path deeper than a loaded file may be would build what TinyXML cannot print or free
+  if (names.GetSize() > mivo::common::kMaxXmlNesting) return nullptr;
   for (const CString& name : names)
     if (name.IsEmpty()) return nullptr;  // "A  B" names no element
   if (!m_doc) m_doc = new TiXmlDocument();

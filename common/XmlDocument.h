@@ -35,7 +35,8 @@ class MIVO_COMMON_API CXmlDocument {
 
   TiXmlNode* PathWalk(const CString& path) const;
   // Walks the path, adding every missing element at the end of its parent, and appends a
-  // new element named by the last step; returns it (null for an empty path).
+  // new element named by the last step; returns it (null for an empty path, or one of more
+  // than 256 steps, the nesting limit of a loaded file).
   TiXmlNode* InsertEndChild(const CString& path);
   static CString GetNodePath(TiXmlNode* node);
 

@@ -44,6 +44,10 @@ TEST(XmlPaths, InsertEndChildAndGetNodePathAgree) {
   EXPECT_EQ(doc.PathWalk(CXmlDocument::GetNodePath(second)), made);  // a path names the first match
   EXPECT_EQ(doc.InsertEndChild(L""), nullptr);
   EXPECT_EQ(doc.InsertEndChild(L"Root  X"), nullptr);
+  CString deep;
+  for (int i = 0; i < 257; ++i) deep += L"a ";
+  EXPECT_NE(doc.InsertEndChild(deep.Left(deep.GetLength() - 3)), nullptr);  // 256 steps
+  EXPECT_EQ(doc.InsertEndChild(deep.Left(deep.GetLength() - 1)), nullptr);  // 257
   EXPECT_EQ(CXmlDocument::GetNodePath(nullptr), L"");
 }
 
