@@ -5,6 +5,7 @@
 #include "toolkit/Exception.h"
 #include "toolkit/File.h"
 #include "toolkit/FileFind.h"
+#include "toolkit/Time.h"
 
 #include "common/AppPath.h"
 #include "common/CodepageMap.h"
@@ -20,6 +21,7 @@
 #include "common/PathUtil.h"
 #include "common/StdioFileEx.h"
 #include "common/StringUtil.h"
+#include "common/TimeUtil.h"
 #include "common/Trace.h"
 #include "common/XmlDocument.h"
 
