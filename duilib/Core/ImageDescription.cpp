@@ -94,17 +94,20 @@ struct Span {
   int cuts[4];
 };
 
+// In 64 bits: a skin's numbers may be anything an int holds, and a span from a very negative
+// to a very positive edge is longer than an int.
 Span Cut(int from, int to, int before, int after) {
-  const int length = std::max(0, to - from);
-  before = std::max(0, before);
-  after = std::max(0, after);
-  if (before + after > length && before + after > 0) {
+  const long long length = std::max(0LL, static_cast<long long>(to) - from);
+  long long head = std::max(0, before), tail = std::max(0, after);
+  if (head + tail > length) {
     // too narrow for both edges: each keeps its share
-    before = static_cast<int>(static_cast<long long>(length) * before / (before + after));
-    after = length - before;
+    head = length * head / (head + tail);
+    tail = length - head;
   }
-  return Span{{from, from + before, to - after, to}};
+  return Span{{from, static_cast<int>(from + head), static_cast<int>(to - tail), to}};
 }
+
+bool IsEmpty(const UiRect& r) { return r.right <= r.left || r.bottom <= r.top; }
 
 }  // namespace
 
@@ -119,9 +122,7 @@ std::vector<ImagePiece> SplitImage(const UiRect& source, const UiRect& dest, con
     for (int column = 0; column < 3; ++column) {
       ImagePiece piece{{sx.cuts[column], sy.cuts[row], sx.cuts[column + 1], sy.cuts[row + 1]},
                        {dx.cuts[column], dy.cuts[row], dx.cuts[column + 1], dy.cuts[row + 1]}};
-      if (piece.source.GetWidth() > 0 && piece.source.GetHeight() > 0 && piece.dest.GetWidth() > 0 &&
-          piece.dest.GetHeight() > 0)
-        pieces.push_back(piece);
+      if (!IsEmpty(piece.source) && !IsEmpty(piece.dest)) pieces.push_back(piece);
     }
   }
   return pieces;
