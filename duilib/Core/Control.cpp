@@ -1,7 +1,9 @@
 #include "duilib/Core/Control.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <cwctype>
+#include <vector>
 
 #include "duilib/Core/AttributeValue.h"
 #include "duilib/Core/GlobalManager.h"
@@ -24,6 +26,16 @@ int StateOf(const std::wstring& name, const wchar_t* normal, const wchar_t* hot,
   const wchar_t* const names[] = {normal, hot, pushed, disabled};
   return KeywordIndex(name, names);
 }
+
+// A class's attributes may name other classes. A class already being applied (a loop) is
+// passed over, and one "class" attribute applies at most kMaxClassUses classes in all, so a
+// damaged skin can neither recurse nor fan out without end.
+constexpr int kMaxClassUses = 64;
+struct ClassNesting {
+  std::vector<std::wstring> open;  // outermost first
+  int applied = 0;
+};
+thread_local ClassNesting t_classes;
 
 // "#AARRGGBB": the first character dropped, the rest hexadecimal, red and blue exchanged.
 uint32_t ParsePenColor(const std::wstring& value) {
@@ -60,11 +72,19 @@ void Control::SetAttribute(const std::wstring& name, const std::wstring& value) 
   int index;
 
   if (name == L"class") {
+    // a fresh "class" attribute starts a new count
+    if (t_classes.open.empty()) t_classes.applied = 0;
     size_t at = 0;
     while (at <= value.size()) {
       size_t blank = value.find(L' ', at);
       std::wstring one = value.substr(at, blank == std::wstring::npos ? std::wstring::npos : blank - at);
-      if (!one.empty()) ApplyAttributeList(GlobalManager::GetClassAttributes(one));
+      if (!one.empty() && t_classes.applied < kMaxClassUses &&
+          std::find(t_classes.open.begin(), t_classes.open.end(), one) == t_classes.open.end()) {
+        ++t_classes.applied;
+        t_classes.open.push_back(one);
+        ApplyAttributeList(GlobalManager::GetClassAttributes(one));
+        t_classes.open.pop_back();
+      }
       if (blank == std::wstring::npos) break;
       at = blank + 1;
     }
