@@ -19,6 +19,7 @@
 #include "common/ModuleManager.h"
 #include "common/MutiLanSupport.h"
 #include "common/PathUtil.h"
+#include "common/ResourcePacket.h"
 #include "common/StdioFileEx.h"
 #include "common/StringUtil.h"
 #include "common/TimeUtil.h"

@@ -15,6 +15,7 @@ packages=(
   g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine wine64 xvfb xauth
   libtinyxml-dev libjsoncpp-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev libspdlog-dev
+  libgsf-1-dev
   clang libclang-rt-14-dev
 )
 

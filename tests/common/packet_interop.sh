@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# A packet written natively is read by the Windows build under Wine, and the other way round.
+# Skipped (77) when the native build has no packet_tool: ./mivo test builds it first.
+set -euo pipefail
+native=${PACKET_TOOL_NATIVE:?} win=${PACKET_TOOL_WIN:?}
+if [ ! -x "$native" ]; then
+  echo "no native packet_tool at $native (build the native preset first)"
+  exit 77
+fi
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+winpath() { printf 'Z:%s' "${1//\//\\}"; }
+wine_tool() { "$MIVO_WINE_RUN" "$MIVO_WINEPREFIX" "$win" "$@"; }
+
+"$native" write "$work/native.pkt"
+wine_tool check "$(winpath "$work/native.pkt")"
+wine_tool write "$(winpath "$work/wine.pkt")"
+"$native" check "$work/wine.pkt"
+echo "native -> Wine and Wine -> native: both read"

@@ -1,0 +1,110 @@
+// packet_tool write <file> | check <file>: writes a fixed packet (nested folders, binary and
+// empty streams, a name outside ASCII, a stream past the small-stream limit), or checks that a
+// packet holds exactly that. Built natively and for Windows, so each reads what the other wrote.
+#include <cstdio>
+#include <cstring>
+#include <cwchar>
+#include <string>
+#include <vector>
+
+#include "common/ResourcePacket.h"
+#include "toolkit/Utf8.h"
+
+namespace mc = mivo::common;
+
+namespace {
+
+std::string Bytes(size_t n, unsigned seed) {
+  std::string s(n, '\0');
+  for (size_t i = 0; i < n; ++i) s[i] = static_cast<char>((i * seed + i / 251) & 0xFF);
+  return s;
+}
+
+struct Entry {
+  const wchar_t* path;
+  std::string data;
+};
+
+const std::vector<Entry>& Expected() {
+  static const std::vector<Entry> entries = {
+      {L"readme.txt", "a packet made by packet_tool\r\n"},
+      {L"skins\\default\\a.png", Bytes(777, 131)},
+      {L"skins\\default\\big.bin", Bytes(100003, 7)},
+      {L"skins\\default\\empty.txt", ""},
+      {L"skins\\dark\\b.png", Bytes(4096, 17)},
+      {L"lang\\zh_CN\\\u5b57\u7b26\u4e32.ini", "\xEF\xBB\xBFk=v\n"},
+  };
+  return entries;
+}
+
+// the folders of the expected entries, each once
+std::vector<std::wstring> Folders() {
+  std::vector<std::wstring> folders;
+  for (const auto& e : Expected()) {
+    std::wstring path = e.path;
+    for (size_t at = path.find(L'\\'); at != std::wstring::npos; at = path.find(L'\\', at + 1)) {
+      std::wstring folder = path.substr(0, at);
+      bool seen = false;
+      for (const auto& f : folders) seen = seen || f == folder;
+      if (!seen) folders.push_back(folder);
+    }
+  }
+  return folders;
+}
+
+int Fail(const char* what, const wchar_t* path) {
+  std::string utf8;
+  toolkit::WideToUtf8(path, std::wcslen(path), utf8);
+  std::fprintf(stderr, "packet_tool: %s: %s\n", what, utf8.c_str());
+  return 1;
+}
+
+int WritePacket(const CString& file) {
+  mc::CResourcePacket packet;
+  if (!packet.Create(file)) return Fail("cannot create", file.GetString());
+  for (const auto& e : Expected())
+    if (!packet.Write(e.path, e.data)) return Fail("cannot write", e.path);
+  return packet.Commit() ? 0 : Fail("cannot commit", file.GetString());
+}
+
+int CheckPacket(const CString& file) {
+  mc::CResourcePacket packet;
+  std::vector<mc::ResourcePacketEntry> listed;
+  if (!packet.Open(file, false) || !packet.List(listed)) return Fail("cannot open or list", file.GetString());
+  const auto folders = Folders();
+  if (listed.size() != Expected().size() + folders.size()) return Fail("wrong number of entries in", file.GetString());
+  for (const auto& l : listed) {
+    bool known = false;
+    for (const auto& f : folders) known = known || (l.folder && f == l.path.GetString());
+    for (const auto& e : Expected()) {
+      if (l.folder || e.path != std::wstring(l.path.GetString())) continue;
+      std::string data;
+      if (l.size != e.data.size() || !packet.Read(l.path, data) || data != e.data) return Fail("wrong content", e.path);
+      known = true;
+    }
+    if (!known) return Fail("unexpected entry", l.path.GetString());
+  }
+  std::printf("packet_tool: %zu entries as expected\n", listed.size());
+  return 0;
+}
+
+int Run(const std::wstring& verb, const std::wstring& file) {
+  if (verb == L"write") return WritePacket(file.c_str());
+  if (verb == L"check") return CheckPacket(file.c_str());
+  std::fprintf(stderr, "usage: packet_tool write|check <file>\n");
+  return 2;
+}
+
+}  // namespace
+
+#if defined(_WIN32)
+int wmain(int argc, wchar_t** argv) { return argc == 3 ? Run(argv[1], argv[2]) : Run(L"", L""); }
+#else
+int main(int argc, char** argv) {
+  if (argc != 3) return Run(L"", L"");
+  std::wstring verb, file;
+  toolkit::Utf8ToWide(argv[1], std::strlen(argv[1]), verb);
+  toolkit::Utf8ToWide(argv[2], std::strlen(argv[2]), file);
+  return Run(verb, file);
+}
+#endif
