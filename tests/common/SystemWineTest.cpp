@@ -1,0 +1,103 @@
+// The Win32 system families against Wine's real token, registry, window station and winmm.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <mmsystem.h>
+
+#include "common/AdminCheck.h"
+#include "common/AudioDevices.h"
+#include "common/Browser.h"
+#include "common/HotKey.h"
+
+namespace mc = mivo::common;
+
+namespace {
+
+// Wine runs every process at high integrity, as an administrator.
+TEST(AdminCheckWine, AdministratorAndElevated) {
+  EXPECT_TRUE(mc::IsUserAdministrator());
+  EXPECT_TRUE(mc::IsProcessElevated());
+}
+
+const wchar_t kUserChoice[] = L"Software\\Microsoft\\Windows\\Shell\\Associations\\UrlAssociations\\http\\UserChoice";
+
+bool EndsWithNoCase(const CString& text, const wchar_t* tail) {
+  int length = lstrlenW(tail);
+  return text.GetLength() >= length && text.Right(length).CompareNoCase(tail) == 0;
+}
+
+// Wine's prefix already names a user choice ("http"): it is replaced for the test and put back.
+TEST(BrowserWine, TheUsersChoiceThenTheMachineHandler) {
+  CString machine = mc::GetDefaultBrowserPath();
+  EXPECT_TRUE(EndsWithNoCase(machine, L"\\winebrowser.exe")) << machine.GetString();
+  EXPECT_NE(GetFileAttributesW(machine), INVALID_FILE_ATTRIBUTES) << machine.GetString();
+
+  HKEY choice = nullptr;
+  ASSERT_EQ(
+      RegCreateKeyExW(HKEY_CURRENT_USER, kUserChoice, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &choice, nullptr),
+      ERROR_SUCCESS);
+  wchar_t saved[256] = {};
+  DWORD savedBytes = sizeof(saved) - sizeof(wchar_t);
+  bool hadChoice = RegQueryValueExW(choice, L"ProgId", nullptr, nullptr, reinterpret_cast<BYTE*>(saved), &savedBytes) ==
+                   ERROR_SUCCESS;
+  CString progId;
+  progId.Format(L"MivoTestBrowser.%lu", GetCurrentProcessId());
+  RegSetValueExW(choice, L"ProgId", 0, REG_SZ, reinterpret_cast<const BYTE*>(progId.GetString()),
+                 (progId.GetLength() + 1) * sizeof(wchar_t));
+  CString missingClass = mc::GetDefaultBrowserPath();  // no such class yet: the machine's handler
+  HKEY command = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, progId + L"\\shell\\open\\command", 0, nullptr, 0, KEY_WRITE, nullptr,
+                            &command, nullptr),
+            ERROR_SUCCESS);
+  const wchar_t text[] = L"\"%SystemRoot%\\Fake Browser\\fake.exe\" --url \"%1\"";
+  RegSetValueExW(command, nullptr, 0, REG_EXPAND_SZ, reinterpret_cast<const BYTE*>(text), sizeof(text));
+  RegCloseKey(command);
+  CString chosen = mc::GetDefaultBrowserPath();
+
+  RegDeleteTreeW(HKEY_CLASSES_ROOT, progId);
+  if (hadChoice)
+    RegSetValueExW(choice, L"ProgId", 0, REG_SZ, reinterpret_cast<const BYTE*>(saved),
+                   (lstrlenW(saved) + 1) * sizeof(wchar_t));
+  else
+    RegDeleteValueW(choice, L"ProgId");
+  RegCloseKey(choice);
+
+  EXPECT_EQ(missingClass, machine);
+  wchar_t windows[MAX_PATH] = {};
+  GetWindowsDirectoryW(windows, MAX_PATH);
+  EXPECT_EQ(chosen, CString(windows) + L"\\Fake Browser\\fake.exe");
+  EXPECT_EQ(mc::GetDefaultBrowserPath(), machine);
+}
+
+HWND MakeWindow() {
+  return CreateWindowExW(0, L"STATIC", L"hotkey test", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                         GetModuleHandleW(nullptr), nullptr);
+}
+
+// A combination nobody else uses, so that parallel test programs cannot collide.
+TEST(HotKeyWine, RegistrationAndConflicts) {
+  HWND first = MakeWindow(), second = MakeWindow();
+  ASSERT_TRUE(first && second);
+  EXPECT_TRUE(mc::RegisterAppHotKey(first, 1, L"Ctrl+Alt+Shift+F13"));
+  EXPECT_FALSE(mc::RegisterAppHotKey(second, 1, L"ctrl + shift + alt + f13"));  // taken
+  EXPECT_TRUE(mc::RegisterAppHotKey(second, 2, L"Ctrl+Alt+Shift+F14"));
+  EXPECT_FALSE(mc::RegisterAppHotKey(second, 3, L"Ctrl+Alt"));  // not a hot key
+  EXPECT_TRUE(mc::UnregisterAppHotKey(first, 1));
+  EXPECT_FALSE(mc::UnregisterAppHotKey(first, 1));
+  EXPECT_TRUE(mc::RegisterAppHotKey(second, 1, mc::kHotKeyControl | mc::kHotKeyAlt | mc::kHotKeyShift, 0x7C));
+  EXPECT_TRUE(mc::UnregisterAppHotKey(second, 1));
+  EXPECT_TRUE(mc::UnregisterAppHotKey(second, 2));
+  DestroyWindow(first);
+  DestroyWindow(second);
+}
+
+TEST(AudioDevicesWine, ListsEveryDeviceByName) {
+  std::vector<CString> outputs(1), inputs(1);
+  ASSERT_TRUE(mc::GetAudioDevices(outputs, inputs));
+  EXPECT_EQ(outputs.size(), waveOutGetNumDevs());
+  EXPECT_EQ(inputs.size(), waveInGetNumDevs());
+  for (const CString& name : outputs) EXPECT_FALSE(name.IsEmpty());
+  for (const CString& name : inputs) EXPECT_FALSE(name.IsEmpty());
+}
+
+}  // namespace
