@@ -194,7 +194,8 @@ void Automaton::Build(const std::vector<std::wstring>& texts, const std::vector<
     if (s != 0) m_dict[s] = own[fail].empty() ? m_dict[fail] : fail;
     for (uint32_t i = 0; i < ownCount[s]; ++i) {
       auto [cls, t] = edges[s][i];
-      m_link[t] = (s == 0 ? 0 : nextDuringBuild(fail, cls)) | kComplete;  // fail kept until t is taken
+      // t's fail state, flagged until t is dequeued and decides whether it copies its edges
+      m_link[t] = (s == 0 ? 0 : nextDuringBuild(fail, cls)) | kComplete;
       queue.push_back(t);
     }
   }

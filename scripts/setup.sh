@@ -16,6 +16,7 @@ packages=(
   wine wine64 xvfb xauth
   libtinyxml-dev libjsoncpp-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev libspdlog-dev
   libgsf-1-dev
+  libhyperscan-dev
   clang libclang-rt-14-dev
 )
 
