@@ -18,7 +18,7 @@ bool ValidName(const std::wstring& name) {
   size_t units = 0;
   for (wchar_t c : name) {
     if (c < 0x20 || c == L'\\' || c == L'/' || c == L':' || c == L'!') return false;
-    units += static_cast<unsigned long>(c) > 0xFFFF ? 2 : 1;  // a surrogate pair where wchar_t is 32 bits
+    units += 1 + ((static_cast<unsigned long>(c) >> 16) != 0);  // a surrogate pair where wchar_t is 32 bits
   }
   return units <= static_cast<size_t>(kMaxPacketNameChars);
 }

@@ -10,16 +10,19 @@
 //
 // Updates are transacted: nothing written, replaced or removed reaches the file before Commit,
 // and a process that ends (or is killed) before Commit leaves the packet as it was.
-//  - Windows: the system's compound files opened with STGM_TRANSACTED; Commit is
-//    IStorage::Commit, which writes the changes to free space before the header that makes
-//    them current. An update holds the file exclusively; readers share it with each other.
+//  - Windows: the system's compound files opened with STGM_TRANSACTED; changes wait in the
+//    system's scratch space and Commit is IStorage::Commit. An update holds the file
+//    exclusively; readers share it with each other.
 //  - Natively (libgsf, which has no transactions): the directory is read once at Open, changes
 //    are kept in memory, and Commit writes a whole new packet beside the file and renames it
-//    over the old one. Nothing locks the file: of two updaters, the last Commit wins.
+//    over the old one (SaveFile). Nothing locks the file: of two updaters, the last Commit wins.
 //
 // Bounds, enforced at Open (a packet past them fails to open, as a damaged one does) and at
-// Commit (which refuses to write such a packet): kMaxPacketEntries entries (folders count), kMaxPacketDepth names in a
-// path. Read refuses an entry larger than its `maxBytes`. A damaged file is a failure, never a crash.
+// Commit (which refuses to write such a packet): kMaxPacketEntries entries (folders count),
+// kMaxPacketDepth names in a path. Read refuses an entry larger than its `maxBytes`. A damaged
+// file is a failure, never a crash; what counts as damage beyond that is the reader's: libgsf's
+// complaints (a directory loop, a block past the end) fail the call natively, while Wine's
+// reader shows a folder that contains itself as empty.
 //
 // Every call returns true on success and false otherwise; nothing throws. One object belongs to
 // one thread at a time; separate objects may be used on separate threads.

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# A packet written natively is read by the Windows build under Wine, and the other way round.
+# A packet written natively is read by the Windows build under Wine, and the other way round;
+# and an update under Wine killed before its Commit leaves the packet as it was.
 # Skipped (77) when the native build has no packet_tool: ./mivo test builds it first.
 set -euo pipefail
 native=${PACKET_TOOL_NATIVE:?} win=${PACKET_TOOL_WIN:?}
@@ -17,3 +18,12 @@ wine_tool check "$(winpath "$work/native.pkt")"
 wine_tool write "$(winpath "$work/wine.pkt")"
 "$native" check "$work/wine.pkt"
 echo "native -> Wine and Wine -> native: both read"
+
+cp "$work/wine.pkt" "$work/before.pkt"
+if wine_tool spoil "$(winpath "$work/wine.pkt")"; then
+  echo "the uncommitted update was not killed"
+  exit 1
+fi
+cmp "$work/before.pkt" "$work/wine.pkt"
+"$native" check "$work/wine.pkt"
+echo "an update killed before Commit left the packet as it was"

@@ -1,6 +1,7 @@
-// packet_tool write <file> | check <file>: writes a fixed packet (nested folders, binary and
-// empty streams, a name outside ASCII, a stream past the small-stream limit), or checks that a
-// packet holds exactly that. Built natively and for Windows, so each reads what the other wrote.
+// packet_tool write|check|list|spoil <file>: writes a fixed packet (nested folders, binary and
+// empty streams, a name outside ASCII, a stream past the small-stream limit), checks that a
+// packet holds exactly that, lists one, or changes one without committing and is then killed
+// by the system. Built natively and for Windows, so each reads what the other wrote.
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
@@ -9,6 +10,12 @@
 
 #include "common/ResourcePacket.h"
 #include "toolkit/Utf8.h"
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <csignal>
+#endif
 
 namespace mc = mivo::common;
 
@@ -88,23 +95,50 @@ int CheckPacket(const CString& file) {
   return 0;
 }
 
-int Run(const std::wstring& verb, const std::wstring& file) {
-  if (verb == L"write") return WritePacket(file.c_str());
-  if (verb == L"check") return CheckPacket(file.c_str());
-  std::fprintf(stderr, "usage: packet_tool write|check <file>\n");
+int SpoilPacket(const CString& file) {
+  mc::CResourcePacket packet;
+  if (!packet.Open(file, true) || !packet.Remove(L"skins") || !packet.Write(L"readme.txt", Bytes(200000, 3)) ||
+      !packet.Write(L"new\\entry", "x"))
+    return Fail("cannot change", file.GetString());
+  // ended by the system as a kill would, with the update open and nothing closed or committed
+  std::fflush(nullptr);
+#if defined(_WIN32)
+  TerminateProcess(GetCurrentProcess(), 9);
+#else
+  raise(SIGKILL);
+#endif
+  return Fail("still alive", file.GetString());
+}
+
+int ListPacket(const CString& file) {
+  mc::CResourcePacket packet;
+  std::vector<mc::ResourcePacketEntry> listed;
+  if (!packet.Open(file, false) || !packet.List(listed)) return Fail("cannot open or list", file.GetString());
+  for (const auto& l : listed) {
+    std::string utf8;
+    toolkit::WideToUtf8(l.path.GetString(), l.path.GetLength(), utf8);
+    std::printf("%s%s %llu\n", utf8.c_str(), l.folder ? "\\" : "", static_cast<unsigned long long>(l.size));
+  }
+  return 0;
+}
+
+int Run(const std::vector<std::wstring>& args) {
+  if (args.size() == 2 && args[0] == L"write") return WritePacket(args[1].c_str());
+  if (args.size() == 2 && args[0] == L"check") return CheckPacket(args[1].c_str());
+  if (args.size() == 2 && args[0] == L"list") return ListPacket(args[1].c_str());
+  if (args.size() == 2 && args[0] == L"spoil") return SpoilPacket(args[1].c_str());
+  std::fprintf(stderr, "usage: packet_tool write|check|list|spoil <file>\n");
   return 2;
 }
 
 }  // namespace
 
 #if defined(_WIN32)
-int wmain(int argc, wchar_t** argv) { return argc == 3 ? Run(argv[1], argv[2]) : Run(L"", L""); }
+int wmain(int argc, wchar_t** argv) { return Run(std::vector<std::wstring>(argv + 1, argv + argc)); }
 #else
 int main(int argc, char** argv) {
-  if (argc != 3) return Run(L"", L"");
-  std::wstring verb, file;
-  toolkit::Utf8ToWide(argv[1], std::strlen(argv[1]), verb);
-  toolkit::Utf8ToWide(argv[2], std::strlen(argv[2]), file);
-  return Run(verb, file);
+  std::vector<std::wstring> args(argc > 1 ? argc - 1 : 0);
+  for (int i = 1; i < argc; ++i) toolkit::Utf8ToWide(argv[i], std::strlen(argv[i]), args[i - 1]);
+  return Run(args);
 }
 #endif
