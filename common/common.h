@@ -12,6 +12,7 @@
 #include "common/AppPath.h"
 #include "common/AudioDevices.h"
 #include "common/Browser.h"
+#include "common/Clipboard.h"
 #include "common/CodepageMap.h"
 #include "common/Conversion.h"
 #include "common/Crc32.h"
