@@ -91,6 +91,41 @@ TEST(HotKeyWine, RegistrationAndConflicts) {
   DestroyWindow(second);
 }
 
+// Another process holding the combination: refused until that process ends.
+TEST(HotKeyWine, ConflictWithAnotherProcess) {
+  CString ready, release;
+  ready.Format(L"MivoHotKeyHeld.%lu", GetCurrentProcessId());
+  release.Format(L"MivoHotKeyRelease.%lu", GetCurrentProcessId());
+  HANDLE readyEvent = CreateEventW(nullptr, TRUE, FALSE, ready);
+  HANDLE releaseEvent = CreateEventW(nullptr, TRUE, FALSE, release);
+  wchar_t self[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, self, MAX_PATH);
+  CString helper(self);
+  helper = helper.Left(helper.ReverseFind(L'\\') + 1) + L"hotkey_holder.exe";
+  CString commandLine;
+  commandLine.Format(L"\"%s\" %s %s", helper.GetString(), ready.GetString(), release.GetString());
+  STARTUPINFOW startup = {sizeof(startup)};
+  PROCESS_INFORMATION process = {};
+  ASSERT_TRUE(CreateProcessW(helper, commandLine.GetBuffer(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                             &process));
+  commandLine.ReleaseBuffer();
+  ASSERT_EQ(WaitForSingleObject(readyEvent, 10000), WAIT_OBJECT_0);
+  HWND window = MakeWindow();
+  EXPECT_FALSE(mc::RegisterAppHotKey(window, 1, L"Ctrl+Alt+Shift+F15"));
+  SetEvent(releaseEvent);
+  WaitForSingleObject(process.hProcess, 10000);
+  DWORD exitCode = 99;
+  GetExitCodeProcess(process.hProcess, &exitCode);
+  EXPECT_EQ(exitCode, 0u);                                               // the helper did hold the key
+  EXPECT_TRUE(mc::RegisterAppHotKey(window, 1, L"Ctrl+Alt+Shift+F15"));  // freed with its process
+  EXPECT_TRUE(mc::UnregisterAppHotKey(window, 1));
+  DestroyWindow(window);
+  CloseHandle(process.hProcess);
+  CloseHandle(process.hThread);
+  CloseHandle(readyEvent);
+  CloseHandle(releaseEvent);
+}
+
 TEST(AudioDevicesWine, ListsEveryDeviceByName) {
   std::vector<CString> outputs(1), inputs(1);
   ASSERT_TRUE(mc::GetAudioDevices(outputs, inputs));
