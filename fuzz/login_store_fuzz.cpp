@@ -1,6 +1,8 @@
-// Feeds arbitrary bytes to the login-user store twice: as "start.txt", where reading must not
-// crash and what was read must write and read back stably, and as a client's nickname reply,
-// which must be handled within its size whatever it holds.
+// Feeds arbitrary bytes to the login-user store: as "start.txt", where reading must not crash
+// and what was read must write and read back stably, and as a client's nickname reply, as it
+// comes and behind the client's own "account:" prefix (so the reply parser is reached on every
+// input), which must be handled within its size whatever it holds and never yield a nickname
+// longer than the reply.
 #include <unistd.h>
 
 #include <cstddef>
@@ -77,9 +79,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Check(Same(second, third), "the store does not read back what it wrote");
 
   windows.store = &first;
-  windows.reply = bytes;
-  first.RefreshRunningClients();
-  Check(first.RunningClients().size() <= 1, "more clients than windows");
-  for (const auto& entry : first.RunningClients()) Check(!entry.second.nickname.IsEmpty(), "kept without a nickname");
+  for (const std::string& reply : {bytes, "a@gmail.com:" + bytes}) {
+    windows.reply = reply;
+    first.RefreshRunningClients();
+    Check(first.RunningClients().size() <= 1, "more clients than windows");
+    for (const auto& entry : first.RunningClients()) {
+      Check(!entry.second.nickname.IsEmpty(), "kept without a nickname");
+      Check(static_cast<size_t>(entry.second.nickname.GetLength()) < reply.size(), "a nickname longer than its reply");
+    }
+  }
   return 0;
 }
