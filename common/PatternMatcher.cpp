@@ -179,7 +179,8 @@ void Automaton::Build(const std::vector<std::wstring>& texts, const std::vector<
     uint32_t fail = m_link[s] & ~kComplete;
     if (s != 0 && fail != 0) {
       auto& from = edges[fail];
-      if (from.size() <= kInheritLimit && from.size() <= budget) {
+      // only a fail state whose edges hold its own chain can stand for that chain
+      if ((m_link[fail] & kComplete) && from.size() <= kInheritLimit && from.size() <= budget) {
         for (auto [cls, next] : from) {
           bool mine = false;
           for (uint32_t i = 0; i < ownCount[s] && !mine; ++i) mine = edges[s][i].first == cls;
