@@ -55,6 +55,45 @@ SAMPLE_EXPORT int SampleDigest(const wchar_t* text, char* out, unsigned outSize)
   return CopyOut(mivo::common::CString_to_utf8(line), out, outSize);
 }
 
+namespace {
+
+// Counts what the matcher reports; it calls back inside Feed, on this thread.
+class MatchCounter : public mivo::common::IMatchCallBack {
+ public:
+  void OnMatch(int, unsigned long long) override { ++count; }
+  int count = 0;
+};
+
+}  // namespace
+
+// How often the words ('|'-separated, any case) occur in the text, overlaps included, the text
+// fed in two halves as it would come from a stream. -1 when a word cannot be added.
+SAMPLE_EXPORT int SampleCountWords(const wchar_t* text, const wchar_t* words) {
+  mivo::common::CPatternMatcher matcher;
+  const std::wstring all = words ? words : L"";
+  int id = 0;
+  for (size_t start = 0; start <= all.size();) {
+    size_t bar = all.find(L'|', start);
+    if (bar == std::wstring::npos) bar = all.size();
+    if (!matcher.AddPattern(all.data() + start, bar - start, id++, true)) return -1;
+    start = bar + 1;
+  }
+  MatchCounter counter;
+  const std::wstring body = text ? text : L"";
+  const size_t half = body.size() / 2;
+  matcher.Feed(body.data(), half, &counter);
+  matcher.Feed(body.data() + half, body.size() - half, &counter);
+  return counter.count;
+}
+
+// Puts the text on the clipboard and reads it back: 1 when it comes back unchanged, 0 when the
+// clipboard was busy or gave something else.
+SAMPLE_EXPORT int SampleClipboardRoundTrip(const wchar_t* text) {
+  if (!mivo::common::CopyTextToClipborder(CString(text))) return 0;
+  CString back;
+  return mivo::common::GetTextFromClipborder(back) && back == CString(text) ? 1 : 0;
+}
+
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved) {
   if (reason == DLL_PROCESS_ATTACH) {
     mivo::common::RegisterMsgInstance(instance);

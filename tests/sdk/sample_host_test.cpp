@@ -44,6 +44,21 @@ TEST(SampleModule, DigestIsWorkedOutByTheExecutablesLibrary) {
   EXPECT_TRUE(FreeLibrary(module));
 }
 
+// The matcher and the clipboard of the executable, used from the module.
+TEST(SampleModule, WordsAreCountedAndTextGoesThroughTheClipboard) {
+  HMODULE module = LoadSample();
+  ASSERT_NE(module, nullptr) << GetLastError();
+  auto count = Find<int (*)(const wchar_t*, const wchar_t*)>(module, "SampleCountWords");
+  auto clip = Find<int (*)(const wchar_t*)>(module, "SampleClipboardRoundTrip");
+  ASSERT_NE(count, nullptr);
+  ASSERT_NE(clip, nullptr);
+  EXPECT_EQ(count(L"Ana banana, ANA!", L"ana"), 4);  // overlapping, any case, across the halves
+  EXPECT_EQ(count(L"\u4e2d\u6587 chat \u4e2d\u6587", L"\u4e2d\u6587|chat|x"), 3);
+  EXPECT_EQ(count(L"abc", L"a||b"), -1);  // an empty word
+  EXPECT_EQ(clip(L"\u4e2d\u6587 sample"), 1);
+  EXPECT_TRUE(FreeLibrary(module));
+}
+
 TEST(SampleModule, HookIsOfferedMessagesWhileTheModuleIsLoaded) {
   MSG message = {};
   message.message = kSampleMessage;
