@@ -30,6 +30,7 @@ TEST(ProgramFromOpenCommand, Rows) {
       {L"%SystemRoot%\\system32\\rundll32.exe url.dll,FileProtocolHandler %1", L"C:\\Windows\\system32\\rundll32.exe"},
       {L"  winebrowser -nohome", L"winebrowser"},
       {L"C:\\Tools\\my.exe.d\\B.EXE", L"C:\\Tools\\my.exe.d\\B.EXE"},  // ".exe" inside a word is no end
+      {L"C:\\Program Files\\Annexe Tools\\annexe.exe -u %1", L"C:\\Program Files\\Annexe Tools\\annexe.exe"},
       {L"\"C:\\unclosed\\b.exe -x", L"C:\\unclosed\\b.exe -x"},
       {L"%Unknown%\\b.exe %1", L"%Unknown%\\b.exe"},
       {L"\"C:\\50%\\%systemroot%\\b.exe\"", L"C:\\50%\\C:\\Windows\\b.exe"},  // a lone '%' stays
