@@ -1,8 +1,9 @@
 #pragma once
 // The user's default web browser: the program that opens "http" links.
 //
-// Windows: the ProgId of the user's choice (value "Progid" of HKCU\Software\Microsoft\Windows
-// \Shell\Associations\UrlAssociations\http\UserChoice) and its HKCR\<ProgId>\shell\open\command;
+// Windows: the ProgId of the user's choice (value "Progid" of the key
+// HKCU\Software\Microsoft\Windows\Shell\Associations\UrlAssociations\http\UserChoice) and its
+// HKCR\<ProgId>\shell\open\command;
 // without a usable choice, the machine-wide HKCR\http\shell\open\command. Under Wine that is
 // winebrowser.exe.
 // The command text is turned into the program path by portable code (ProgramFromOpenCommand),
