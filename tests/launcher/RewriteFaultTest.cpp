@@ -32,6 +32,7 @@
 #include "Execute/VersionManifest.h"
 #include "common/FileUtil.h"
 #include "common/MutiLanSupport.h"
+#include "common/StatStore.h"
 #include "common/Trace.h"
 #include "common/XmlDocument.h"
 #include "support/Files.h"
@@ -172,6 +173,17 @@ const Rewriter kRewriters[] = {
        if (!doc.LoadFile(folder + L"doc.xml")) return -1;
        CString payload = CXmlDocument::GetNodeText(doc.PathWalk(L"Root Payload"));
        return Which(payload == Text(0), payload == Text(1));
+     }},
+    // The statistics store: an empty store (A) and one count (B), each one rewrite from the other.
+    {"StatStore", L"stats.dat",
+     [](const CString& folder, int which) {
+       mivo::common::CStatStore store(L"stats.dat", folder);
+       return which ? store.Add(L"flips", 5) == 5 : store.ResetAll();
+     },
+     [](const CString& folder) {
+       std::vector<mivo::common::CStatEntry> entries;
+       if (!mivo::common::CStatStore(L"stats.dat", folder).Enumerate(entries)) return -1;
+       return Which(entries.empty(), entries.size() == 1 && entries[0].count == 5);
      }},
 };
 
