@@ -60,7 +60,8 @@ bool ParseCounts(const std::string& bytes, Counts& counts, const char** why) {
     std::string tag;
     for (size_t i = digits + 1; i < end; ++i) {
       char c = bytes[i];
-      if (c == '\t' || c == '\r') return fail("unescaped character in a tag");
+      // a zero could never come from a tag (they are zero-terminated) nor go back into one
+      if (c == '\t' || c == '\r' || c == '\0') return fail("unescaped character in a tag");
       if (c == '\\') {
         if (++i == end) return fail("bad escape");
         c = bytes[i] == '\\' ? '\\' : bytes[i] == 't' ? '\t' : bytes[i] == 'n' ? '\n' : bytes[i] == 'r' ? '\r' : 0;
