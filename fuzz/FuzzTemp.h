@@ -10,6 +10,7 @@
 #include <fstream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "toolkit/CString.h"
 #include "toolkit/FileSys.h"
@@ -45,6 +46,22 @@ class TempFolder {
  private:
   std::filesystem::path m_dir;
 };
+
+// The input cut at its first most-1 zero bytes into `most` parts (missing ones empty), so one
+// input can carry several texts.
+inline std::vector<std::string> SplitAtNul(const std::string& bytes, size_t most) {
+  std::vector<std::string> parts;
+  size_t at = 0;
+  while (parts.size() + 1 < most) {
+    size_t nul = bytes.find('\0', at);
+    if (nul == std::string::npos) break;
+    parts.push_back(bytes.substr(at, nul - at));
+    at = nul + 1;
+  }
+  parts.push_back(bytes.substr(at));
+  parts.resize(most);
+  return parts;
+}
 
 inline void Check(bool ok, const char* target, const char* what) {
   if (!ok) {

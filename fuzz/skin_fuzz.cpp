@@ -135,20 +135,6 @@ const wchar_t* const kNames[] = {
     L"mininfo",
 };
 
-std::vector<std::string> SplitAtNul(const std::string& bytes, size_t most) {
-  std::vector<std::string> parts;
-  size_t at = 0;
-  while (parts.size() + 1 < most) {
-    size_t nul = bytes.find('\0', at);
-    if (nul == std::string::npos) break;
-    parts.push_back(bytes.substr(at, nul - at));
-    at = nul + 1;
-  }
-  parts.push_back(bytes.substr(at));
-  parts.resize(most);
-  return parts;
-}
-
 // Controls in the tree and its depth (the root is level 1).
 void Measure(Control* control, int level, int& count, int& depth) {
   ++count;
@@ -194,7 +180,7 @@ std::unique_ptr<Control> Make() {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static fuzz::TempFolder folder("skin_fuzz");
-  std::vector<std::string> parts = SplitAtNul(std::string(reinterpret_cast<const char*>(data), size), 3);
+  std::vector<std::string> parts = fuzz::SplitAtNul(std::string(reinterpret_cast<const char*>(data), size), 3);
   folder.Write("main.xml", parts[0]);
   folder.Write("inc.xml", parts[1]);
 

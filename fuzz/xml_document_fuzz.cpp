@@ -17,20 +17,6 @@ namespace {
 
 void Check(bool ok, const char* what) { fuzz::Check(ok, "xml_document_fuzz", what); }
 
-std::vector<std::string> SplitAtNul(const std::string& bytes, size_t most) {
-  std::vector<std::string> parts;
-  size_t at = 0;
-  while (parts.size() + 1 < most) {
-    size_t nul = bytes.find('\0', at);
-    if (nul == std::string::npos) break;
-    parts.push_back(bytes.substr(at, nul - at));
-    at = nul + 1;
-  }
-  parts.push_back(bytes.substr(at));
-  parts.resize(most);
-  return parts;
-}
-
 // Elements and depth of the tree, without recursion.
 void Measure(TiXmlNode* top, int& elements, int& depth) {
   elements = depth = 0;
@@ -82,7 +68,7 @@ void CheckPath(const CXmlDocument& doc, TiXmlNode* node) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static fuzz::TempFolder folder("xml_document_fuzz");
   static const CString first = folder.Path("a.xml"), second = folder.Path("b.xml"), saved = folder.Path("c.xml");
-  std::vector<std::string> parts = SplitAtNul(std::string(reinterpret_cast<const char*>(data), size), 3);
+  std::vector<std::string> parts = fuzz::SplitAtNul(std::string(reinterpret_cast<const char*>(data), size), 3);
   folder.Write("a.xml", parts[0]);
   folder.Write("b.xml", parts[1]);
 
