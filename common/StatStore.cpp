@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/AppPath.h"
+#include "common/Conversion.h"
 #include "common/FileUtil.h"
 #include "common/Trace.h"
 #include "toolkit/Utf8.h"
@@ -27,12 +28,6 @@ bool TagToUtf8(const wchar_t* tag, std::string& utf8) {
   std::wstring back;
   toolkit::Utf8ToWide(utf8.data(), utf8.size(), back);
   return back.size() == length && back.compare(0, length, tag, length) == 0;
-}
-
-CString Utf8ToCString(const std::string& utf8) {
-  std::wstring wide;
-  toolkit::Utf8ToWide(utf8.data(), utf8.size(), wide);
-  return CString(wide.c_str());
 }
 
 bool ParseCounts(const std::string& bytes, Counts& counts, const char** why) {
@@ -187,7 +182,7 @@ bool CStatStore::Enumerate(std::vector<CStatEntry>& entries) const {
     Locked lock(m_path);
     Counts counts;
     if (!lock || !ReadCounts(m_path, counts)) return false;
-    for (const auto& [tag, count] : counts) entries.push_back({Utf8ToCString(tag), count});
+    for (const auto& [tag, count] : counts) entries.push_back({utf8_to_CString(tag), count});
     return true;
   } catch (...) {
     entries.clear();
@@ -223,7 +218,7 @@ bool ParseStatFile(const std::string& bytes, std::vector<CStatEntry>& entries, c
   entries.clear();
   Counts counts;
   if (!ParseCounts(bytes, counts, why)) return false;
-  for (const auto& [tag, count] : counts) entries.push_back({Utf8ToCString(tag), count});
+  for (const auto& [tag, count] : counts) entries.push_back({utf8_to_CString(tag), count});
   return true;
 }
 
