@@ -17,6 +17,7 @@ packages=(
   libtinyxml-dev libjsoncpp-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev libspdlog-dev
   libgsf-1-dev
   libhyperscan-dev
+  libicu-dev
   clang libclang-rt-14-dev
 )
 
