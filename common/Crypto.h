@@ -30,6 +30,13 @@ enum CryptoAlgorithm : unsigned int {
   kCipherDES_EDE3_CFB = 0x5000a,
   kCipherDES_EDE3_OFB = 0x5000b,
   kCipherDESX_CBC = 0x5000c,
+  // Added after the original set; nothing above is renumbered.
+  kDigestSHA1 = 0x20002,
+  kDigestSHA256 = 0x20003,
+  kDigestSHA512 = 0x20004,
+  kMacHMAC_SHA1 = 0x30002,
+  kMacHMAC_SHA256 = 0x30003,
+  kMacHMAC_SHA512 = 0x30004,
 };
 
 // Stream ciphers and block ciphers alike. Setup takes a key of exactly KeySize() bytes (RC4:

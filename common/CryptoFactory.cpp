@@ -109,12 +109,18 @@ IStreamCipher* CryptoFactory::createCipher(unsigned int id) {
 IDigest* CryptoFactory::createDigest(unsigned int id) {
   if (id == kDigestMD5) return new (std::nothrow) CryptoImpl::Digest(EVP_md5());
   if (id == kDigestRMD160) return new (std::nothrow) CryptoImpl::Digest(EVP_ripemd160());
+  if (id == kDigestSHA1) return new (std::nothrow) CryptoImpl::Digest(EVP_sha1());
+  if (id == kDigestSHA256) return new (std::nothrow) CryptoImpl::Digest(EVP_sha256());
+  if (id == kDigestSHA512) return new (std::nothrow) CryptoImpl::Digest(EVP_sha512());
   return nullptr;
 }
 
 IMAC* CryptoFactory::createMAC(unsigned int id) {
   if (id == kMacHMAC_MD5) return new (std::nothrow) CryptoImpl::HMAC(EVP_md5());
   if (id == kMacHMAC_RMD160) return new (std::nothrow) CryptoImpl::HMAC(EVP_ripemd160());
+  if (id == kMacHMAC_SHA1) return new (std::nothrow) CryptoImpl::HMAC(EVP_sha1());
+  if (id == kMacHMAC_SHA256) return new (std::nothrow) CryptoImpl::HMAC(EVP_sha256());
+  if (id == kMacHMAC_SHA512) return new (std::nothrow) CryptoImpl::HMAC(EVP_sha512());
   return nullptr;
 }
 

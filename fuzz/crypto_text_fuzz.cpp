@@ -80,7 +80,7 @@ void Cipher(unsigned id, const std::string& bytes, size_t split) {
 
 void Digests(const std::string& bytes, size_t split) {
   split = split % (bytes.size() + 1);
-  for (unsigned id : {kDigestMD5, kDigestRMD160}) {
+  for (unsigned id : {kDigestMD5, kDigestRMD160, kDigestSHA1, kDigestSHA256, kDigestSHA512}) {
     std::unique_ptr<IDigest> digest(CryptoFactory::instance()->createDigest(id));
     digest->Update(bytes.data(), Size(bytes));
     std::string whole = digest->Final();
@@ -89,7 +89,7 @@ void Digests(const std::string& bytes, size_t split) {
     digest->Update(bytes.data() + split, static_cast<unsigned>(bytes.size() - split));
     Check(digest->Final() == whole, "a digest in pieces differs");
   }
-  for (unsigned id : {kMacHMAC_MD5, kMacHMAC_RMD160}) {
+  for (unsigned id : {kMacHMAC_MD5, kMacHMAC_RMD160, kMacHMAC_SHA1, kMacHMAC_SHA256, kMacHMAC_SHA512}) {
     std::unique_ptr<IMAC> mac(CryptoFactory::instance()->createMAC(id));
     if (!mac->Setup(bytes.substr(0, split))) continue;
     mac->Update(bytes.data(), Size(bytes));

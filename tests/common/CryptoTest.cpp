@@ -53,9 +53,9 @@ TEST(CryptoFactoryTest, OneFactoryOneGenerator) {
 TEST(CryptoFactoryTest, UnknownIdentifiersGiveNothing) {
   for (unsigned int id : {0u, 0x5000du, 0x20000u, 0x10002u, 0x30000u, 0xFFFFFFFFu})
     EXPECT_EQ(nullptr, std::unique_ptr<IStreamCipher>(Factory().createCipher(id)).get()) << std::hex << id;
-  for (unsigned int id : {0x20002u, 0x10000u, 0u})
-    EXPECT_EQ(nullptr, std::unique_ptr<IDigest>(Factory().createDigest(id)).get());
-  for (unsigned int id : {0x30002u, 0x20000u}) EXPECT_EQ(nullptr, std::unique_ptr<IMAC>(Factory().createMAC(id)).get());
+  for (unsigned int id : {0x20005u, 0x10000u, 0x30003u, 0u})
+    EXPECT_EQ(nullptr, std::unique_ptr<IDigest>(Factory().createDigest(id)).get()) << std::hex << id;
+  for (unsigned int id : {0x30005u, 0x20003u}) EXPECT_EQ(nullptr, std::unique_ptr<IMAC>(Factory().createMAC(id)).get());
   for (unsigned int id : {0x40001u, 0u}) EXPECT_EQ(nullptr, std::unique_ptr<IS2K>(Factory().createS2K(id)).get());
   std::unique_ptr<IStreamCipher> desx(Factory().createCipher(kCipherDESX_CBC));
   EXPECT_NE(nullptr, dynamic_cast<CryptoImpl::DESX_CBC*>(desx.get()));
@@ -171,7 +171,43 @@ TEST(DigestTest, KnownAnswersAndReuse) {
   EXPECT_EQ("9c1185a5c5e9fc54612808977ee8f548b2258d31", Hex(rmd->Final()));
 }
 
+// FIPS 180-4's examples for the SHA family.
+TEST(DigestTest, ShaKnownAnswers) {
+  const std::string two = "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq";
+  const std::string four =
+      "abcdefghbcdefghicdefghijdefghijkefghijklfghijklmghijklmnhijklmnoijklmnopjklmnopqklmnopqrlmnopqrsmnopqrst"
+      "nopqrstu";
+  struct Case {
+    unsigned int id;
+    unsigned int size;
+    std::string data, expected;
+  } cases[] = {
+      {kDigestSHA1, 20, "abc", "a9993e364706816aba3e25717850c26c9cd0d89d"},
+      {kDigestSHA1, 20, two, "84983e441c3bd26ebaae4aa1f95129e5e54670f1"},
+      {kDigestSHA256, 32, "abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+      {kDigestSHA256, 32, two, "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
+      {kDigestSHA512, 64, "abc",
+       "ddaf35a193617abacc417349ae20413112e6fa4e89a97ea20a9eeee64b55d39a2192992a274fc1a836ba3c23a3feebbd454d4423643ce8"
+       "0e2a9ac94fa54ca49f"},
+      {kDigestSHA512, 64, four,
+       "8e959b75dae313da8cf4f72814fc143f8f7779c6eb9f7fa17299aeadb6889018501d289e4900f7e4331b99dec4b5433ac7d329eeb6dd26"
+       "545e96e55b874be909"},
+  };
+  for (const auto& c : cases) {
+    std::unique_ptr<IDigest> digest(Factory().createDigest(c.id));
+    ASSERT_NE(nullptr, digest.get()) << std::hex << c.id;
+    EXPECT_EQ(c.size, digest->DigestSize());
+    digest->Update(c.data.data(), 1);  // in two pieces
+    digest->Update(c.data.data() + 1, static_cast<unsigned int>(c.data.size() - 1));
+    EXPECT_EQ(c.expected, Hex(digest->Final())) << std::hex << c.id << " " << c.data;
+  }
+}
+
+// RFC 2104's vectors for MD5 and RFC 2286's for RIPEMD-160; RFC 4231's test cases 1, 2 and 6
+// (a key longer than the block, hashed first) for SHA-256 and SHA-512, RFC 2202's for SHA-1.
 TEST(MacTest, KnownAnswersAndReuseOfTheKey) {
+  const std::string longKey(131, '\xaa');
+  const std::string longKeyData = "Test Using Larger Than Block-Size Key - Hash Key First";
   struct Case {
     unsigned int id;
     std::string key, data, expected;
@@ -180,15 +216,32 @@ TEST(MacTest, KnownAnswersAndReuseOfTheKey) {
       {kMacHMAC_MD5, "Jefe", "what do ya want for nothing?", "750c783e6ab0b503eaa86e310a5db738"},
       {kMacHMAC_RMD160, std::string(20, '\x0b'), "Hi There", "24cb4bd67d20fc1a5d2ed7732dcc39377f0a5668"},
       {kMacHMAC_RMD160, "Jefe", "what do ya want for nothing?", "dda6c0213a485a9e24f4742064a7f033b43c4069"},
+      {kMacHMAC_SHA1, std::string(20, '\x0b'), "Hi There", "b617318655057264e28bc0b6fb378c8ef146be00"},
+      {kMacHMAC_SHA1, "Jefe", "what do ya want for nothing?", "effcdf6ae5eb2fa2d27416d5f184df9c259a7c79"},
+      {kMacHMAC_SHA256, std::string(20, '\x0b'), "Hi There",
+       "b0344c61d8db38535ca8afceaf0bf12b881dc200c9833da726e9376c2e32cff7"},
+      {kMacHMAC_SHA256, "Jefe", "what do ya want for nothing?",
+       "5bdcc146bf60754e6a042426089575c75a003f089d2739839dec58b964ec3843"},
+      {kMacHMAC_SHA256, longKey, longKeyData, "60e431591ee0b67f0d8a26aacbf5b77f8e0bc6213728c5140546040f0ee37f54"},
+      {kMacHMAC_SHA512, std::string(20, '\x0b'), "Hi There",
+       "87aa7cdea5ef619d4ff0b4241a1d6cb02379f4e2ce4ec2787ad0b30545e17cdedaa833b7d6b8a702038b274eaea3f4e4be9d914eeb6"
+       "1f1702e696c203a126854"},
+      {kMacHMAC_SHA512, "Jefe", "what do ya want for nothing?",
+       "164b7a7bfcf819e2e395fbe73b56e0a387bd64222e831fd610270cd7ea2505549758bf75c05a994a6d034f65f8f0e6fdcaeab1a34d4"
+       "a6b4b636e070a38bce737"},
+      {kMacHMAC_SHA512, longKey, longKeyData,
+       "80b24263c7c1a3ebb71493c1dd7be8b49b46d1f41b4aeec1121b013783f8f3526b56d037e05f2598bd0fd2215d6a1e5295e64f73f63"
+       "f0aec8b915a985d786598"},
   };
   for (const auto& c : cases) {
     std::unique_ptr<IMAC> mac(Factory().createMAC(c.id));
     ASSERT_NE(nullptr, mac.get());
     EXPECT_EQ(mac->DigestSize(), mac->KeySize());
+    EXPECT_EQ(c.expected.size() / 2, mac->DigestSize());
     EXPECT_EQ("", mac->Final());  // no key yet
     ASSERT_TRUE(mac->Setup(c.key));
     mac->Update(c.data.data(), static_cast<unsigned int>(c.data.size()));
-    EXPECT_EQ(c.expected, Hex(mac->Final()));
+    EXPECT_EQ(c.expected, Hex(mac->Final())) << std::hex << c.id << " " << c.data;
     mac->Update(c.data.data(), static_cast<unsigned int>(c.data.size()));
     EXPECT_EQ(c.expected, Hex(mac->Final())) << "the key was not kept";
   }
