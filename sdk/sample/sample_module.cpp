@@ -1,5 +1,8 @@
 // A module for MivoStart.exe. The library's functions live in the executable that loads the
 // module: include "common/common.h", link Mivo::Sdk, and call them as if they were linked in.
+// Its entry points have the form the kit's host calls (bin/MivoStart.exe MODULE ENTRY=ARGUMENT):
+// int ENTRY(const wchar_t* argument, char* out, unsigned outSize), UTF-8 text into `out`, its
+// length returned, or a negative number for failure.
 #include <windows.h>
 
 #include <cstring>
@@ -31,8 +34,6 @@ SAMPLE_EXPORT int MyPreTranslateMessage(MSG* message) {
   ++g_handled;
   return 1;
 }
-
-SAMPLE_EXPORT int SampleHandledCount() { return g_handled; }
 
 // The MD5 of the text's UTF-8 form, worked out twice (the MD5 family and the crypto
 // factory) and written as "<32 hex digits> <UTF-8 length>". The length of the result, or
@@ -66,32 +67,41 @@ class MatchCounter : public mivo::common::IMatchCallBack {
 
 }  // namespace
 
-// How often the words ('|'-separated, any case) occur in the text, overlaps included, the text
-// fed in two halves as it would come from a stream. -1 when a word cannot be added.
-SAMPLE_EXPORT int SampleCountWords(const wchar_t* text, const wchar_t* words) {
+// How often the words occur in the text, any case, overlaps included, the text fed in two halves
+// as it would come from a stream. The argument is "word|word...:text"; -1 when a word is empty.
+SAMPLE_EXPORT int SampleCountWords(const wchar_t* argument, char* out, unsigned outSize) {
+  const std::wstring all = argument ? argument : L"";
+  const size_t colon = all.find(L':');
+  if (colon == std::wstring::npos) return -1;
   mivo::common::CPatternMatcher matcher;
-  const std::wstring all = words ? words : L"";
   int id = 0;
-  for (size_t start = 0; start <= all.size();) {
+  for (size_t start = 0; start <= colon;) {
     size_t bar = all.find(L'|', start);
-    if (bar == std::wstring::npos) bar = all.size();
+    if (bar == std::wstring::npos || bar > colon) bar = colon;
     if (!matcher.AddPattern(all.data() + start, bar - start, id++, true)) return -1;
     start = bar + 1;
   }
   MatchCounter counter;
-  const std::wstring body = text ? text : L"";
+  const std::wstring body = all.substr(colon + 1);
   const size_t half = body.size() / 2;
   matcher.Feed(body.data(), half, &counter);
   matcher.Feed(body.data() + half, body.size() - half, &counter);
-  return counter.count;
+  return CopyOut(std::to_string(counter.count), out, outSize);
 }
 
-// Puts the text on the clipboard and reads it back: 1 when it comes back unchanged, 0 when the
-// clipboard was busy or gave something else.
-SAMPLE_EXPORT int SampleClipboardRoundTrip(const wchar_t* text) {
-  if (!mivo::common::CopyTextToClipborder(CString(text))) return 0;
+// Puts the text on the clipboard and reads it back: "same" when it comes back unchanged; -1 when
+// the clipboard was busy or gave something else.
+SAMPLE_EXPORT int SampleClipboardRoundTrip(const wchar_t* argument, char* out, unsigned outSize) {
+  const CString text(argument ? argument : L"");
   CString back;
-  return mivo::common::GetTextFromClipborder(back) && back == CString(text) ? 1 : 0;
+  if (!mivo::common::CopyTextToClipborder(text) || !mivo::common::GetTextFromClipborder(back) || back != text)
+    return -1;
+  return CopyOut("same", out, outSize);
+}
+
+// How many messages MyPreTranslateMessage took so far.
+SAMPLE_EXPORT int SampleHandledCount(const wchar_t*, char* out, unsigned outSize) {
+  return CopyOut(std::to_string(g_handled), out, outSize);
 }
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved) {

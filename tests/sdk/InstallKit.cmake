@@ -7,7 +7,8 @@ if(NOT rc EQUAL 0)
   message(FATAL_ERROR "installing the kit failed:\n${out}")
 endif()
 foreach(file include/common/common.h lib/libMivoStart.dll.a lib/cmake/MivoSdk/MivoSdkConfig.cmake
-        lib/cmake/MivoSdk/mingw-w64-x86_64.cmake)
+        lib/cmake/MivoSdk/mingw-w64-x86_64.cmake bin/MivoStart.exe README.md exported_names.txt
+        sample/CMakeLists.txt sample/sample_module.cpp)
   if(NOT EXISTS ${KIT}/${file})
     message(FATAL_ERROR "the kit has no ${file}")
   endif()

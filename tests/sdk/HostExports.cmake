@@ -1,0 +1,21 @@
+# The kit's host exports exactly the names the kit lists for MivoStart.exe (LIST_EXPORTS writes
+# such a list from a program's export table).
+cmake_minimum_required(VERSION 3.25)
+execute_process(COMMAND ${CMAKE_COMMAND} -DOBJDUMP=${OBJDUMP} -DEXE=${KIT}/bin/MivoStart.exe -DOUT=${OUT}
+  -P ${LIST_EXPORTS} RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0)
+  message(FATAL_ERROR "could not list the exports of ${KIT}/bin/MivoStart.exe")
+endif()
+file(STRINGS ${KIT}/exported_names.txt launcher)
+file(STRINGS ${OUT} host)
+list(FILTER launcher EXCLUDE REGEX "^#")
+list(FILTER host EXCLUDE REGEX "^#")
+set(only_launcher ${launcher})
+list(REMOVE_ITEM only_launcher ${host})
+set(only_host ${host})
+list(REMOVE_ITEM only_host ${launcher})
+list(LENGTH launcher count)
+if(count LESS 100 OR only_launcher OR only_host)
+  message(FATAL_ERROR "the launcher exports ${count} names; only the launcher: ${only_launcher}; only the host: ${only_host}")
+endif()
+message(STATUS "host and launcher export the same ${count} names")
