@@ -1,5 +1,6 @@
 #include "common/PatternMatcher.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cwchar>
 #include <new>
@@ -13,6 +14,7 @@ namespace {
 constexpr uint32_t kNone = UINT32_MAX;
 constexpr uint32_t kComplete = 0x80000000u;  // in `link`: the state's edges hold its fail chain's
 constexpr size_t kInheritLimit = 16;         // edges a state may copy from its fail state
+constexpr uint64_t kWindowHash = 0x9E3779B97F4A7C15ull;
 
 inline uint32_t Unit(wchar_t c) { return static_cast<uint32_t>(c); }
 
@@ -48,6 +50,31 @@ class Automaton {
   }
 
   bool HasOutput(uint32_t s) const { return m_hasOutput[s] != 0; }
+
+  // The q-gram filter: q is the length of the shortest pattern, at most 4 (0: no filter). A window
+  // of the last q classes that occurs in no pattern means that no pattern ends at this character and
+  // that the automaton's state is within the last q-1 characters, so the walk can skip the step
+  // and recover the state from those characters when a window hits. The windows are hashed into a
+  // bitmap: a collision costs a step, never a match.
+  int Q() const { return m_q; }
+  uint64_t Window(uint64_t window, uint32_t cls) const { return ((window << 16) | (cls & 0xFFFF)) & m_windowMask; }
+  const uint64_t* FilterBits() const { return m_filter.data(); }
+  int FilterShift() const { return m_filterShift; }
+  uint64_t WindowMask() const { return m_windowMask; }
+  // The classes of the first 65,536 characters in one array, when there are at most 65,535.
+  const uint16_t* FlatClasses() const { return m_flat.empty() ? nullptr : m_flat.data(); }
+  // From a state of fewer than q characters the next state is the walk over the window alone:
+  // that walk is kept for every window found in a pattern (with at most 65,535 classes, where
+  // the window holds them exactly). kNone: the window is in no pattern.
+  bool HasJumps() const { return !m_jumps.empty(); }
+  int Depth(uint32_t s) const { return m_depth[s]; }
+  uint32_t Jump(uint64_t window) const {
+    for (uint64_t i = (window * kWindowHash) >> m_jumpShift;; i = (i + 1) & m_jumpMask) {
+      const JumpSlot& slot = m_jumps[i];
+      if (slot.window == window) return slot.next;
+      if (slot.window == 0) return kNone;
+    }
+  }
 
   void Report(uint32_t s, unsigned long long end, IMatchCallBack* callBack) const {
     if (!callBack) return;
@@ -100,6 +127,19 @@ class Automaton {
   std::vector<uint32_t> m_outBegin, m_dict;
   std::vector<int> m_outIds;
   std::vector<uint32_t> m_parent, m_parentChar;
+  int m_q = 0;
+  uint64_t m_windowMask = 0;
+  int m_filterShift = 63;
+  std::vector<uint64_t> m_filter;
+  struct JumpSlot {
+    uint64_t window;  // 0: free (no pattern holds class 0)
+    uint32_t next;
+  };
+  std::vector<JumpSlot> m_jumps;
+  uint64_t m_jumpMask = 0;
+  int m_jumpShift = 63;
+  std::vector<uint8_t> m_depth;  // up to 255
+  std::vector<uint16_t> m_flat;
 };
 
 uint32_t Automaton::ClassOrNew(uint32_t u) {
@@ -223,6 +263,52 @@ void Automaton::Build(const std::vector<std::wstring>& texts, const std::vector<
   }
   m_hasOutput.assign(m_stateCount, 0);
   for (uint32_t s = 0; s < m_stateCount; ++s) m_hasOutput[s] = !own[s].empty() || m_dict[s] != kNone;
+
+  size_t shortest = SIZE_MAX, windows = 0;
+  for (const auto& text : texts) shortest = std::min(shortest, text.size()), windows += text.size();
+  if (texts.empty() || shortest < 2) return;
+  m_q = static_cast<int>(std::min<size_t>(shortest, 4));
+  m_windowMask = m_q == 4 ? ~0ull : (1ull << (16 * m_q)) - 1;
+  int bits = 16;  // about 64 bits per window keeps collisions rare; at most 4 Mbit
+  while (bits < 22 && (1ull << bits) < 64 * windows) ++bits;
+  m_filterShift = 64 - bits;
+  m_filter.assign((1ull << bits) / 64, 0);
+  for (const auto& text : texts) {
+    uint64_t window = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+      window = Window(window, Class(text[i]));
+      if (i + 1 >= static_cast<size_t>(m_q)) {
+        uint64_t bit = (window * kWindowHash) >> m_filterShift;
+        m_filter[bit >> 6] |= 1ull << (bit & 63);
+      }
+    }
+  }
+
+  if (m_classCount > 0x10000) return;
+  m_flat.resize(0x10000);
+  for (uint32_t u = 0; u <= 0xFFFF; ++u) m_flat[u] = static_cast<uint16_t>(m_page[u >> 8][u & 0xFF]);
+  m_depth.assign(m_stateCount, 0);
+  for (uint32_t s = 1; s < m_stateCount; ++s)  // parents come before their children
+    m_depth[s] = static_cast<uint8_t>(std::min(255, m_depth[m_parent[s]] + 1));
+  uint64_t jumpCapacity = 16;
+  while (jumpCapacity < 2 * windows) jumpCapacity <<= 1;
+  m_jumpMask = jumpCapacity - 1;
+  m_jumpShift = 64;
+  for (uint64_t c = jumpCapacity; c > 1; c >>= 1) --m_jumpShift;
+  m_jumps.assign(jumpCapacity, JumpSlot{0, 0});
+  for (const auto& text : texts) {
+    uint64_t window = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+      window = Window(window, Class(text[i]));
+      if (i + 1 < static_cast<size_t>(m_q)) continue;
+      uint64_t at = (window * kWindowHash) >> m_jumpShift;
+      while (m_jumps[at].window != 0 && m_jumps[at].window != window) at = (at + 1) & m_jumpMask;
+      if (m_jumps[at].window == window) continue;
+      uint32_t next = 0;
+      for (size_t k = i + 1 - static_cast<size_t>(m_q); k <= i; ++k) next = Next(next, Class(text[k]));
+      m_jumps[at] = JumpSlot{window, next};
+    }
+  }
 }
 
 }  // namespace
@@ -235,6 +321,16 @@ struct CPatternMatcher::Impl {
   Automaton automaton[2];
   uint32_t state[2] = {0, 0};
   unsigned long long position = 0;
+  wchar_t recent[3] = {};  // the last characters fed, oldest first
+  size_t recentCount = 0;
+
+  void Remember(const wchar_t* text, size_t length) {
+    size_t keep = std::min<size_t>(recentCount, 3 - std::min<size_t>(length, 3));
+    std::copy(recent + recentCount - keep, recent + recentCount, recent);
+    size_t take = std::min<size_t>(length, 3);
+    std::copy(text + length - take, text + length, recent + keep);
+    recentCount = keep + take;
+  }
 
   bool Rebuild() {
     try {
@@ -288,9 +384,73 @@ void CPatternMatcher::Clear() {
 void CPatternMatcher::Reset() {
   m_impl->state[0] = m_impl->state[1] = 0;
   m_impl->position = 0;
+  m_impl->recentCount = 0;
 }
 
 bool CPatternMatcher::Feed(wchar_t c, IMatchCallBack* callBack) { return Feed(&c, 1, callBack); }
+
+namespace {
+
+constexpr size_t kFilterFrom = 16;  // shorter chunks step every character
+
+// Feeds `text` through one automaton from state `s` and returns the state after it. `recent` holds
+// the last `recentCount` (at most 3) characters fed before `text`, oldest first.
+uint32_t FeedThrough(const Automaton& a, uint32_t s, const wchar_t* text, size_t length, const wchar_t* recent,
+                     size_t recentCount, unsigned long long position, IMatchCallBack* callBack) {
+  if (a.Q() == 0 || length < kFilterFrom) {
+    for (size_t i = 0; i < length; ++i) {
+      s = a.Next(s, a.Class(text[i]));
+      if (a.HasOutput(s)) a.Report(s, position + i + 1, callBack);
+    }
+    return s;
+  }
+  // the state after text[end - 1] when the window ending there missed: the walk over the last
+  // q-1 characters, the ones fed before `text` included
+  auto recover = [&](size_t end) {
+    size_t n = std::min<size_t>(static_cast<size_t>(a.Q() - 1), end + recentCount);
+    uint32_t t = 0;
+    for (size_t k = n; k > 0; --k) t = a.Next(t, a.Class(end >= k ? text[end - k] : recent[recentCount + end - k]));
+    return t;
+  };
+  uint64_t window = 0;
+  for (size_t j = 0; j < recentCount; ++j) window = a.Window(window, a.Class(recent[j]));
+  // the skipping loop keeps what it reads in registers
+  const uint16_t* flat = a.FlatClasses();
+  const uint64_t* bits = a.FilterBits();
+  const int shift = a.FilterShift();
+  const uint64_t mask = a.WindowMask();
+  bool exact = true;
+  for (size_t i = 0; i < length; ++i) {
+    uint32_t cls;
+    for (;;) {
+      uint32_t u = Unit(text[i]);
+      cls = flat && u <= 0xFFFF ? flat[u] : a.Class(text[i]);
+      window = ((window << 16) | (cls & 0xFFFF)) & mask;
+      uint64_t bit = (window * kWindowHash) >> shift;
+      if ((bits[bit >> 6] >> (bit & 63)) & 1) break;
+      exact = false;
+      if (++i == length) return recover(length);
+    }
+    if (a.HasJumps() && (!exact || a.Depth(s) < a.Q())) {
+      // the state is the walk over the window, kept for every window of a pattern; a window
+      // found in no pattern (the filter's collision) ends no match and leaves a short state
+      uint32_t jump = a.Jump(window);
+      if (jump == kNone) {
+        exact = false;
+        continue;
+      }
+      s = jump;
+    } else {
+      if (!exact) s = recover(i);
+      s = a.Next(s, cls);
+    }
+    exact = true;
+    if (a.HasOutput(s)) a.Report(s, position + i + 1, callBack);
+  }
+  return exact ? s : recover(length);
+}
+
+}  // namespace
 
 bool CPatternMatcher::Feed(const wchar_t* text, size_t length, IMatchCallBack* callBack) {
   Impl& m = *m_impl;
@@ -298,14 +458,9 @@ bool CPatternMatcher::Feed(const wchar_t* text, size_t length, IMatchCallBack* c
   if (!text) length = 0;
   unsigned long long position = m.position;
   const bool use[2] = {!m.automaton[0].Empty(), !m.automaton[1].Empty()};
-  if (use[0] != use[1]) {  // one kind of pattern: the plain loop
-    const Automaton& a = m.automaton[use[0] ? 0 : 1];
-    uint32_t s = m.state[use[0] ? 0 : 1];
-    for (size_t i = 0; i < length; ++i) {
-      s = a.Next(s, a.Class(text[i]));
-      if (a.HasOutput(s)) a.Report(s, position + i + 1, callBack);
-    }
-    m.state[use[0] ? 0 : 1] = s;
+  if (use[0] != use[1]) {  // one kind of pattern
+    int k = use[0] ? 0 : 1;
+    m.state[k] = FeedThrough(m.automaton[k], m.state[k], text, length, m.recent, m.recentCount, position, callBack);
   } else if (use[0]) {  // both, stepped together so matches come in order of their end
     const Automaton &a = m.automaton[0], &b = m.automaton[1];
     uint32_t s = m.state[0], t = m.state[1];
@@ -319,6 +474,7 @@ bool CPatternMatcher::Feed(const wchar_t* text, size_t length, IMatchCallBack* c
     m.state[1] = t;
   }
   m.position = position + length;
+  m.Remember(text, length);
   return true;
 }
 
