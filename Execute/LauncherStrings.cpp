@@ -2,16 +2,72 @@
 
 #include "common/FileUtil.h"
 #include "common/MutiLanSupport.h"
+#include "common/Trace.h"
+#include "toolkit/File.h"
 #include "toolkit/FileSystem.h"
+
+namespace {
+
+// The English table as shipped in resources/lang/en_US, for the ids the launcher shows.
+const struct {
+  const wchar_t* id;
+  const wchar_t* text;
+} kEnglish[] = {
+    {L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT", L"MIVO could not start. Please reinstall MIVO and try again."},
+    {L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION", L"MIVO start-up error"},
+    {L"STRID_SELECTED_USER_FORM_TITLE", L"Choose a user"},
+    {L"STRID_SELECTED_USER_FORM_LOGIN_USER_TIP", L"Choose the signed-in account to use:"},
+    {L"STRID_SELECTED_USER_FORM_REMEMBER_CHOICE_TIP", L"Remember my choice and do not ask again"},
+    {L"STRID_SELECTED_USER_FORM_SELECT_ONE_TIP", L"Please choose an account first."},
+    {L"STRID_SELECTED_USER_FORM_OK", L"OK"},
+    {L"STRID_SELECTED_USER_FORM_CANCEL", L"Cancel"},
+};
+
+void TraceText(const wchar_t* format, const CString& path) {
+  if (g_ITrace) g_ITrace->Trace(3, true, format, path.GetString());
+}
+
+// Whether the table can be read as one: a file within the size bound that opens for reading.
+// Checked first because the loader itself tells a failure with a message box.
+bool Readable(const CString& path) {
+  if (mivo::common::GetFileSize(path) > CMutiLanSupport::kMaxStringTableBytes) return false;
+  CFile file;
+  if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone)) return false;
+  char byte;
+  try {
+    file.Read(&byte, 1);  // a folder opens on some systems, and fails here
+  } catch (CException* e) {
+    e->Delete();
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
 
 bool EnsureLauncherStrings(const CString& launcherFolder) {
   static CString loadedFrom;
   if (!loadedFrom.IsEmpty() && loadedFrom.CompareNoCase(launcherFolder) == 0) return true;
   CString path = launcherFolder + L"gdstrings.ini";
-  if (!mivo::common::IsFileExist(path) || !CMutiLanSupport::GetInstance()->LoadStringTable(path)) {
-    toolkit::OutputDebugText(L"Load gdstrings.ini failed!!!\n");
+  if (!mivo::common::IsFileExist(path) && !mivo::common::IsFolderExist(path)) {
+    TraceText(L"EnsureLauncherStrings %s is missing; the built-in English texts are used", path);
+    return false;
+  }
+  if (!Readable(path) || !CMutiLanSupport::GetInstance()->LoadStringTable(path)) {
+    TraceText(L"EnsureLauncherStrings %s cannot be read; the built-in English texts are used", path);
     return false;
   }
   loadedFrom = launcherFolder;
   return true;
+}
+
+CString BuiltInLauncherText(const CString& id) {
+  for (const auto& entry : kEnglish)
+    if (id == entry.id) return entry.text;
+  return CString();
+}
+
+CString LauncherText(const CString& id) {
+  CString text = CMutiLanSupport::GetInstance()->GetStringViaID(id);
+  return text.IsEmpty() ? BuiltInLauncherText(id) : text;
 }

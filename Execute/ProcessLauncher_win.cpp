@@ -99,6 +99,13 @@ CString CurrentUserSid() {
   return result;
 }
 
+// Says in the trace log that a program was not started, and why.
+void TraceNotStarted(const wchar_t* applicationName, const wchar_t* commandLine, const wchar_t* why, unsigned code) {
+  if (g_ITrace)
+    g_ITrace->Trace(3, true, L"CreateProcessAsDesktopUser %s not started: %s (0x%08x)",
+                    commandLine ? commandLine : applicationName, why, code);
+}
+
 }  // namespace
 
 CString GetLaunchArguments() {
@@ -122,17 +129,28 @@ void CreateProcessAsDesktopUser(const wchar_t* applicationName, const wchar_t* c
     DWORD shellPid = 0;
     if (HWND shell = FindWindowW(L"Progman", nullptr)) GetWindowThreadProcessId(shell, &shellPid);
     DWORD shellLevel = kHighIntegrity, ownLevel = kHighIntegrity;
-    if (FAILED(QueryIntegrityLevel(shellPid, shellLevel)) || FAILED(QueryIntegrityLevel(GetCurrentProcessId(), ownLevel)))
+    HRESULT hr = QueryIntegrityLevel(shellPid, shellLevel);
+    if (SUCCEEDED(hr)) hr = QueryIntegrityLevel(GetCurrentProcessId(), ownLevel);
+    if (FAILED(hr)) {
+      TraceNotStarted(applicationName, commandLine, shellPid ? L"integrity level unknown" : L"no desktop shell window",
+                      static_cast<unsigned>(hr));
       return;
+    }
     if (ownLevel == kHighIntegrity && shellLevel == kMediumIntegrity) {
-      if (FAILED(StartWithShellToken(shellPid, applicationName, writable, startup, info))) return;
+      hr = StartWithShellToken(shellPid, applicationName, writable, startup, info);
+      if (FAILED(hr)) {
+        TraceNotStarted(applicationName, commandLine, L"start with the desktop user's token failed",
+                        static_cast<unsigned>(hr));
+        return;
+      }
     } else if (ownLevel == kMediumIntegrity && shellLevel == kHighIntegrity) {
+      TraceNotStarted(applicationName, commandLine, L"the desktop shell runs elevated and the launcher does not", 0);
       return;
     }
   }
   if (info.dwProcessId == 0) {
     if (!CreateProcessW(applicationName, writable, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
-      GetLastError();  // read, not reported
+      TraceNotStarted(applicationName, commandLine, L"CreateProcessW failed", static_cast<unsigned>(GetLastError()));
       return;
     }
   }
@@ -156,9 +174,16 @@ HANDLE StartLoadUpdateExecEx() {
   info.lpFile = file;
   info.lpParameters = parameters;
   info.nShow = SW_SHOW;
-  if (!ShellExecuteExW(&info)) return nullptr;
+  if (!ShellExecuteExW(&info)) {
+    if (g_ITrace)
+      g_ITrace->Trace(3, true, L"StartLoadUpdateExecEx %s not started: error %lu", file.GetString(), GetLastError());
+    return nullptr;
+  }
   // the greater-than-32 rule of instance values, applied to the process handle on purpose
-  if (reinterpret_cast<INT_PTR>(info.hProcess) <= 32) return nullptr;
+  if (reinterpret_cast<INT_PTR>(info.hProcess) <= 32) {
+    if (g_ITrace) g_ITrace->Trace(3, true, L"StartLoadUpdateExecEx %s gave no process handle", file.GetString());
+    return nullptr;
+  }
   return info.hProcess;
 }
 

@@ -63,8 +63,9 @@ BOOL CStartApp::InitInstance() {
   // the launcher's own texts (window title, buttons, messages), loaded once for the whole run
   EnsureLauncherStrings(CPathTool::GetLauncherFolder());
   if (!InitGlobalStruct()) {
-    MessageBoxW(nullptr, strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT"),
-                strings->GetStringViaID(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION"), MB_ICONERROR);
+    ReleaseNamedEvent(kStartRunningEvent);  // nothing modal while the start event is held
+    MessageBoxW(nullptr, LauncherText(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT"),
+                LauncherText(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION"), MB_ICONERROR);
     return FALSE;
   }
   // 9. no arguments: straight to the launch decision
@@ -78,7 +79,7 @@ BOOL CStartApp::InitInstance() {
   // are asked, since their nickname replies are sent to it
   m_pForm = std::make_unique<CStartHideWindowForm>();
   m_pForm->SetFinalMessageHook([this] { OnFormFinalMessage(); });
-  m_pForm->Create(nullptr, std::wstring(strings->GetStringViaID(L"STRID_SELECTED_USER_FORM_TITLE").GetString()),
+  m_pForm->Create(nullptr, std::wstring(LauncherText(L"STRID_SELECTED_USER_FORM_TITLE").GetString()),
                   0x00CE0000, 0, true);
   m_pForm->RefreshRunningClients();
   int userType = m_pForm->GetUserType();
@@ -154,7 +155,7 @@ int InitGlobalStruct() {
   // The UI framework: skins below the launcher's folder, texts from the launcher's table.
   mivo::duilib::GlobalManager::Startup(std::wstring(app.GetString()), L"skins\\default");
   mivo::duilib::GlobalManager::SetTextResolver([](const std::wstring& id) {
-    return std::wstring(CMutiLanSupport::GetInstance()->GetStringViaID(CString(id.c_str())).GetString());
+    return std::wstring(LauncherText(CString(id.c_str())).GetString());
   });
   CString temp;
   temp.Format(L"%sTemp", app.GetString());

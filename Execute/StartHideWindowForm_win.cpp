@@ -1,6 +1,7 @@
 #include "Execute/StartHideWindowForm.h"
 
 #include "Execute/ClientWindows.h"
+#include "Execute/LauncherStrings.h"
 #include "common/AppPath.h"
 #include "common/Conversion.h"
 #include "common/MutiLanSupport.h"
@@ -23,7 +24,7 @@ std::wstring ItemText(const CString& text) {
 }
 
 std::wstring Text(const wchar_t* id) {
-  return std::wstring(CMutiLanSupport::GetInstance()->GetStringViaID(id).GetString());
+  return std::wstring(LauncherText(id).GetString());
 }
 
 }  // namespace
@@ -52,7 +53,9 @@ LRESULT CStartHideWindowForm::OnCreate(UINT message, WPARAM wParam, LPARAM lPara
   // The window must exist even without its skin: running clients answer to it.
   m_createdHwnd = GetHWND();
   m_hasSkin = WindowImplBase::OnCreate(message, wParam, lParam, handled) != -1;
-  if (!m_hasSkin && g_ITrace) g_ITrace->Trace(3, true, L"CStartHideWindowForm skin not found");
+  if (!m_hasSkin && g_ITrace)
+    g_ITrace->Trace(3, true, L"CStartHideWindowForm skin %s%s\\%s missing or unreadable", GlobalManager::GetResourcePath().c_str(),
+                    GetSkinFolder().c_str(), GetSkinFile().c_str());
   handled = true;
   return 0;
 }

@@ -60,6 +60,7 @@ case_a_new_account_makes_the_user_choose() {
   run_with "alice@gmail.com bob@qq.com new@126.com" \
     "$(store_setup '{"Choice":1,"LastUser":"bob@qq.com","Users":["alice@gmail.com","bob@qq.com"]}')"
   has_trace "CStartApp::InitInstance usertype is 3"
+  has_trace "start_hide_window\\start_hide_window.xml missing or unreadable"
   [ "$(forwards)" = 0 ] || fail "a text was forwarded without a choice"
   store_is '{"Choice":1,"LastUser":"bob@qq.com","Users":["alice@gmail.com","bob@qq.com","new@126.com"]}'
 }

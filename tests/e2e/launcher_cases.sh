@@ -60,6 +60,8 @@ case_nothing_starts_without_a_desktop_shell() {
   MIVO_E2E_NO_SHELL=1 MIVO_E2E_SETUP="$strings" run "$current"
   [ "$(count_of client)" = 0 ] || fail "the client started without a Progman window"
   has_trace "StartLoadMivo"
+  has_trace "CreateProcessAsDesktopUser MyMivo.exe /sf"
+  has_trace "not started: no desktop shell window"
 }
 
 case_missing_client_ends_quietly() {
@@ -67,6 +69,7 @@ case_missing_client_ends_quietly() {
   [ "$(count_of client)" = 0 ] || fail "a client was recorded"
   printf '%s\n' "$out" | grep -q '^== launcher-exit 0$' || fail "the launcher did not end normally"
   has_trace "StartLoadMivo"
+  has_trace "not started: CreateProcessW failed (0x00000002)"
 }
 
 case_missing_executor_starts_nothing() {
@@ -77,6 +80,7 @@ case_missing_executor_starts_nothing() {
   [ "$(count_of client)" = 0 ] || fail "the client started although the executor could not"
   printf '%s\n' "$out" | grep -q '^== launcher-exit 0$' || fail "the launcher did not end normally"
   has_trace "do StartLoadUpdateExecEx"
+  has_trace "UpdateExec.exe not started: error"
 }
 
 # While the first launcher waits on a five-second update, twenty more start at once: all
