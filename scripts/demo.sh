@@ -2,10 +2,14 @@
 # Runs MivoStart.exe under Wine on a sample installation: once with a plug-in update pending,
 # once after it is done, then twice with two clients already running (the first time the
 # login-user window asks which one is meant, the second time the remembered choice answers),
-# and tells what happened each time.
+# and tells what happened each time. Then it shows run 3's login-user window once more on an
+# X display of its own (Xvfb) and saves a picture of it, login_user_window.png, beside the runs.
+#
+# Environment: MIVO_DEMO_BUILD the Windows build folder (default build/windows),
+# MIVO_DEMO_WORK where the runs and the picture go (default $TMPDIR/mivo-demo, else /tmp/mivo-demo).
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
-bin=$here/build/windows
+bin=${MIVO_DEMO_BUILD:-$here/build/windows}
 export MIVO_START_EXE=$bin/bin/MivoStart.exe MIVO_E2E_BIN=$bin/e2e-bin
 export MIVO_E2E_WORK=${MIVO_DEMO_WORK:-${TMPDIR:-/tmp}/mivo-demo}
 export MIVO_E2E_UPDATE_MS=1500
@@ -55,4 +59,37 @@ stored=$(cat "$MIVO_E2E_WORK/run3/install/start.txt")
 PENDING=0 CURRENT=2.0 MIVO_E2E_CLIENTS="alice@gmail.com bob@qq.com" \
   MIVO_E2E_SETUP="$layout; printf '%s' '$stored' > start.txt" "$here/tests/e2e/run_case.sh" run4 /open chat | tell
 echo
-echo "Installations and records stay in $MIVO_E2E_WORK for a closer look."
+echo "== The login-user window of run 3, on a virtual X display"
+picture=$MIVO_E2E_WORK/login_user_window.png
+rm -f "$picture"
+display=99
+while [ -e /tmp/.X$display-lock ]; do display=$((display + 1)); done
+Xvfb :$display -screen 0 800x600x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+export DISPLAY=:$display
+trap 'kill $xvfb 2>/dev/null || true' EXIT
+for _ in $(seq 50); do [ -e /tmp/.X11-unix/X$display ] && break; sleep 0.1; done
+# As run 3, with Wine drawing on the display; the person picks Bob and ticks "remember", and the
+# window stays open for the picture.
+MIVO_E2E_CLIENTS="alice@gmail.com bob@qq.com" MIVO_E2E_USER="row:1 remember" \
+  MIVO_E2E_SETUP="$layout; wine reg add 'HKCU\\Software\\Wine\\Drivers' /v Graphics /d x11 /f >/dev/null 2>&1" \
+  PENDING=0 CURRENT=2.0 "$here/tests/e2e/run_case.sh" window /open chat >"$MIVO_E2E_WORK/window.out" 2>&1 &
+run=$!
+record=$MIVO_E2E_WORK/window/record.txt
+for _ in $(seq 600); do
+  grep -q '^user-clicked	[0-9]*	[0-9]*	remember' "$record" 2>/dev/null && break
+  kill -0 $run 2>/dev/null || break
+  sleep 0.1
+done
+sleep 1  # the window repaints after the clicks
+window=$(xwininfo -root -tree 2>/dev/null | awk '/"Choose a user": \("mivostart.exe"/ { print $1; exit }')
+[ -n "$window" ] && import -window "$window" "$picture" 2>/dev/null || true
+WINEPREFIX=$MIVO_E2E_WORK/window/prefix wineserver -k >/dev/null 2>&1 || true
+wait $run 2>/dev/null || true
+if [ ! -s "$picture" ]; then
+  echo "  The window could not be pictured; what happened is in $MIVO_E2E_WORK/window.out" >&2
+  exit 1
+fi
+echo "  The picture: $picture"
+echo
+echo "Installations, records and trace logs stay in $MIVO_E2E_WORK (run1 ... run4, window) for a closer look."

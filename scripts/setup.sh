@@ -14,6 +14,7 @@ packages=(
   build-essential cmake ninja-build pkg-config dpkg-dev
   g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine wine64 xvfb xauth
+  imagemagick fonts-wqy-microhei
   libtinyxml-dev libjsoncpp-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev libspdlog-dev
   libgsf-1-dev
   libhyperscan-dev
