@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Execute/VersionManifest.h"
+#include "bench/BenchTemp.h"
 #include "toolkit/FileSys.h"
 
 namespace fs = std::filesystem;
@@ -15,7 +16,7 @@ namespace {
 constexpr int kComponents = 10000;
 
 struct Fixture {
-  Fixture() : dir(fs::temp_directory_path() / "mivo_manifest_bench") {
+  Fixture() : dir(bench::Scratch("manifest") / "list") {
     fs::remove_all(dir);
     fs::create_directories(dir);
     path = CString(toolkit::sys::FromNativePath((dir / "StaticUpdateVersion.xml").string()).c_str());

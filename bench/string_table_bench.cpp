@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 
+#include "bench/BenchTemp.h"
 #include "common/MutiLanSupport.h"
 #include "toolkit/FileSys.h"
 
@@ -15,7 +16,7 @@ namespace {
 constexpr int kEntries = 100000;
 
 std::string TablePath() {
-  fs::path p = fs::temp_directory_path() / "mivo_string_table_bench.ini";
+  fs::path p = bench::Scratch("string_table") / "table.ini";
   if (!fs::exists(p)) {
     std::ofstream out(p, std::ios::binary);
     for (int i = 0; i < kEntries; ++i)

@@ -9,6 +9,7 @@
 
 #include "Execute/UpdateCheck.h"
 #include "Execute/VersionManifest.h"
+#include "bench/BenchTemp.h"
 #include "common/MutiLanSupport.h"
 #include "toolkit/FileSys.h"
 
@@ -26,14 +27,15 @@ void Put(const fs::path& p, const std::string& text) {
 // launcher/ with gdstrings.ini and plugin/pN/lang/zh_CN/PluginConfig.xml; update/ with the
 // client's and every plug-in's marker and list.
 fs::path Build(int plugins) {
-  fs::path root = fs::temp_directory_path() / ("mivo_scan_bench_" + std::to_string(plugins));
+  fs::path root = bench::Scratch("update_scan") / std::to_string(plugins);
   if (fs::exists(root / "ready")) return root;
   fs::remove_all(root);
   Put(root / "launcher" / "gdstrings.ini", "STRID_EIM_NAME=MIVO\nSTRID_EIM_MAIN=main\n");
   for (int p = 0; p < plugins; ++p) {
     std::string name = "p" + std::to_string(p);
     Put(root / "launcher" / "plugin" / name / "lang" / "zh_CN" / "PluginConfig.xml",
-        "<Plugin-Config><Update url=\"http://u\"/><Info name=\"" + name + "\" detail=\"d.dll\" id=\"1\"/></Plugin-Config>");
+        "<Plugin-Config><Update url=\"http://u\"/><Info name=\"" + name +
+            "\" detail=\"d.dll\" id=\"1\"/></Plugin-Config>");
     fs::path staged = root / "update" / "plugin" / name / "UpdateTemp";
     Put(staged / "UpdateFlag", "");
     UpdateVersionManifest list(Lib(staged) + L"StaticUpdateVersion.xml");
@@ -64,9 +66,8 @@ void ScanAndCheck(benchmark::State& state) {
   }
   state.counters["plugins"] = plugins;
   state.counters["pending"] = static_cast<double>(pending);
-  state.counters["us_per_plugin"] = benchmark::Counter(static_cast<double>(plugins),
-                                                       benchmark::Counter::kIsIterationInvariantRate |
-                                                           benchmark::Counter::kInvert) ;
+  state.counters["us_per_plugin"] = benchmark::Counter(
+      static_cast<double>(plugins), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 }  // namespace
