@@ -5,11 +5,15 @@
 #include <vector>
 
 #include "duilib/Core/AttributeValue.h"
+#include "duilib/Core/Window.h"
 #include "duilib/Render/IRender.h"
 
 namespace mivo::duilib {
 
-Box::Box(Layout* layout) : m_layout(layout ? layout : new Layout()) { m_layout->SetOwner(this); }
+Box::Box(Layout* layout) : m_layout(layout ? layout : new Layout()) {
+  m_isBox = true;
+  m_layout->SetOwner(this);
+}
 
 Box::~Box() {
   for (Control* child : m_items) delete child;
@@ -23,37 +27,40 @@ void Box::SetAttribute(const std::wstring& name, const std::wstring& value) {
     Control::SetAttribute(name, value);
 }
 
-namespace {
-
-// How many controls the subtree of `top` holds on its longest path, counted without recursion;
-// stops counting past `limit`.
-int SubtreeHeight(Control* top, int limit) {
-  auto* box = dynamic_cast<Box*>(top);
-  if (!box || box->GetItems().empty()) return 1;
+int Box::SubtreeHeight(const Box* top, int limit) {
+  if (top->m_items.empty()) return 1;
   int height = 0;
-  std::vector<std::pair<Control*, int>> todo{{top, 1}};
+  std::vector<std::pair<const Box*, int>> todo{{top, 1}};
   while (!todo.empty() && height <= limit) {
-    auto [control, level] = todo.back();
+    auto [box, level] = todo.back();
     todo.pop_back();
     height = std::max(height, level);
-    if (auto* box = dynamic_cast<Box*>(control))
-      for (Control* child : box->GetItems()) todo.emplace_back(child, level + 1);
+    for (Control* child : box->m_items) {
+      if (const Box* inner = AsBox(child))
+        todo.emplace_back(inner, level + 1);
+      else
+        height = std::max(height, level + 1);
+    }
   }
   return height;
 }
-
-}  // namespace
 
 bool Box::Add(Control* child) { return AddAt(child, m_items.size()); }
 
 bool Box::AddAt(Control* child, size_t index) {
   if (!child || child->GetParent() || index > m_items.size()) return false;
+  // Only a box can be this one or one of its ancestors, and only a box adds more than one
+  // level: a plain control costs one step per level above this box.
+  Box* childBox = AsBox(child);
   int depth = 0;  // controls from here up to the root
-  for (Control* up = this; up; up = up->GetParent(), ++depth)
-    if (up == child) return false;
-  if (depth + SubtreeHeight(child, kMaxTreeDepth) > kMaxTreeDepth) return false;
+  for (Box* up = this; up; up = up->GetParent(), ++depth)
+    if (up == childBox) return false;
+  const int height = childBox ? SubtreeHeight(childBox, kMaxTreeDepth) : 1;
+  if (depth + height > kMaxTreeDepth) return false;
   m_items.insert(m_items.begin() + static_cast<std::ptrdiff_t>(index), child);
   child->SetWindow(GetWindow(), this);
+  // A subtree that still waits to be laid out must be found from above.
+  if (childBox && (childBox->m_needsArrange || childBox->m_pendingBelow)) MarkPendingBelow();
   Arrange();
   return true;
 }
@@ -86,7 +93,8 @@ Control* Box::FindSubControl(const std::wstring& name) {
 }
 
 Control* Box::FindControlAt(UiPoint pt) {
-  if (!IsVisible() || !GetPos().Contains(pt)) return nullptr;
+  ArrangeNow();
+  if (!IsVisible() || !m_pos.Contains(pt)) return nullptr;
   if (m_mouseChild) {
     for (bool floating : {true, false}) {
       for (auto it = m_items.rbegin(); it != m_items.rend(); ++it) {
@@ -105,6 +113,7 @@ void Box::SetWindow(Window* window, Box* parent) {
 
 void Box::SetPos(UiRect pos) {
   Control::SetPos(pos);
+  m_needsArrange = false;
   const UiRect& padding = m_layout->GetPadding();
   UiRect content{pos.left + padding.left, pos.top + padding.top, pos.right - padding.right,
                  pos.bottom - padding.bottom};
@@ -122,18 +131,60 @@ UiSize Box::EstimateSize(UiSize available) {
 
 void Box::Arrange() {
   // A box sized by its children may change size with them: then its own box decides.
-  if ((GetFixedWidth() == DUI_LENGTH_AUTO || GetFixedHeight() == DUI_LENGTH_AUTO) && GetParent())
+  if ((GetFixedWidth() == DUI_LENGTH_AUTO || GetFixedHeight() == DUI_LENGTH_AUTO) && GetParent()) {
     ArrangeAncestor();
-  else
-    SetPos(GetPos());
+    return;
+  }
+  if (!m_needsArrange) {
+    m_needsArrange = true;
+    if (Box* parent = GetParent()) parent->MarkPendingBelow();
+  }
+  if (Window* window = GetWindow()) window->ScheduleArrange();
+}
+
+void Box::MarkPendingBelow() {
+  // Marks stop at the first box already marked: the boxes above it are marked too.
+  for (Box* up = this; up && !up->m_pendingBelow; up = up->GetParent()) up->m_pendingBelow = true;
+}
+
+void Box::ArrangeNow() {
+  ArrangeWaitingAbove(this);
+  ArrangeWaitingBelow();
+}
+
+void Box::ArrangeTopmostAbove(const PlaceHolder* control) {
+  for (;;) {
+    Box* topmost = nullptr;
+    for (Box* up = control->m_parent; up; up = up->m_parent)
+      if (up->m_needsArrange) topmost = up;
+    if (!topmost) return;
+    // SetPos clears the mark; a box its parent skipped (hidden, or refused by its placement
+    // predicate) is laid out in the rectangle it has, as when it was marked.
+    topmost->m_needsArrange = false;
+    topmost->SetPos(topmost->m_pos);
+  }
+}
+
+void Box::ArrangeWaitingBelow() {
+  if (m_needsArrange) {
+    m_needsArrange = false;
+    SetPos(m_pos);
+  }
+  if (!m_pendingBelow) return;
+  m_pendingBelow = false;
+  for (Control* child : m_items) {
+    Box* box = AsBox(child);
+    if (box && (box->m_needsArrange || box->m_pendingBelow)) box->ArrangeWaitingBelow();
+  }
 }
 
 void Box::Paint(IRenderContext& render) {
+  ArrangeNow();
   Control::Paint(render);
   for (bool floating : {false, true}) {
     for (Control* child : m_items) {
       if (!child->IsVisible() || child->IsFloat() != floating) continue;
-      if (render.PushClip(child->GetPos())) child->Paint(render);
+      if (render.PushClip(child->m_pos)) child->Paint(render);
       render.PopClip();
     }
   }

@@ -1,5 +1,11 @@
 #pragma once
 // A control that holds others and places them through its layout. It owns its children.
+//
+// A box lays its children out when their places are needed, not at every change: adding,
+// removing or resizing children, or changing the padding, only marks the box (Arrange), and
+// the box lays out once when it is painted, hit-tested, given a rectangle (SetPos), asked to
+// (ArrangeNow), or when a position inside it is read (GetPos). A box in a window also asks the
+// window to lay it out soon (Window::ScheduleArrange), so what changed gets repainted.
 #include <memory>
 #include <vector>
 
@@ -50,13 +56,34 @@ class MIVO_COMMON_API Box : public Control {
   void SetPos(UiRect pos) override;
   // Auto sizes come from the children (AjustSizeByChild); other sizes stay as they are.
   UiSize EstimateSize(UiSize available) override;
-  // Lays the children out again within the current rectangle.
+  // Marks the children to be laid out again within the current rectangle. A box sized by its
+  // children may change size with them: then its own box is marked instead.
   void Arrange() override;
+  // Lays out now what waits: the boxes above this one first (their layout may move it), then
+  // this box and every box below it.
+  void ArrangeNow();
   // The box, then its visible children clipped to themselves (and so to the box): floating
   // ones last, as they lie above the others.
   void Paint(IRenderContext& render) override;
 
  private:
+  friend class PlaceHolder;
+
+  static Box* AsBox(PlaceHolder* control) { return control->m_isBox ? static_cast<Box*>(control) : nullptr; }
+  // How many controls the subtree of `top` holds on its longest path, counted without
+  // recursion; stops counting past `limit`.
+  static int SubtreeHeight(const Box* top, int limit);
+  // Lays out the boxes above `control` that wait, the topmost first, until none does.
+  static void ArrangeWaitingAbove(const PlaceHolder* control) {
+    for (const Box* up = control->m_parent; up; up = up->m_parent)
+      if (up->m_needsArrange) return ArrangeTopmostAbove(control);
+  }
+  static void ArrangeTopmostAbove(const PlaceHolder* control);
+  // Lays this box out if it waits, then the waiting boxes below it.
+  void ArrangeWaitingBelow();
+  // Marks this box and those above it as having a waiting box below.
+  void MarkPendingBelow();
+
   std::unique_ptr<Layout> m_layout;
   std::vector<Control*> m_items;
   bool m_mouseChild = true;

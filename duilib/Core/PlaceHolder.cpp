@@ -45,7 +45,14 @@ void PlaceHolder::SetMargin(const UiRect& margin) {
 
 UiSize PlaceHolder::EstimateSize(UiSize) { return UiSize{m_fixedWidth, m_fixedHeight}; }
 
+const UiRect& PlaceHolder::GetPos() const {
+  Box::ArrangeWaitingAbove(this);
+  return m_pos;
+}
+
 void PlaceHolder::SetPos(UiRect pos) {
+  // A layout that waits above comes first, as it came before this when boxes laid out at once.
+  Box::ArrangeWaitingAbove(this);
   if (pos == m_pos) return;
   Invalidate();  // where it was and where it goes
   m_pos = pos;
@@ -53,7 +60,7 @@ void PlaceHolder::SetPos(UiRect pos) {
 }
 
 void PlaceHolder::Invalidate() {
-  if (m_window) m_window->Invalidate(m_pos);
+  if (m_window) m_window->Invalidate(GetPos());  // where it is, once a waiting layout has run
 }
 
 void PlaceHolder::Arrange() {}

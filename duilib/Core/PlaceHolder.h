@@ -59,7 +59,9 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   // The size the control would like, given the space available: by default its fixed size
   // (stretch and auto stay as they are; controls with content resolve auto themselves).
   virtual UiSize EstimateSize(UiSize available);
-  const UiRect& GetPos() const { return m_pos; }
+  // The rectangle its box gave it. Boxes lay their children out only when something needs
+  // their places, so a box above that still waits to do so does it first.
+  const UiRect& GetPos() const;
   virtual void SetPos(UiRect pos);
 
   // An optional test a vertical layout asks before it places the control; false skips it.
@@ -74,22 +76,30 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   virtual void ArrangeAncestor();
 
  private:
+  friend class Box;
+
+  // What a layout reads and writes for every child comes first, in the object's first two
+  // cache lines: arranging thousands of children is bound by how much of each it touches.
   Window* m_window = nullptr;
   Box* m_parent = nullptr;
-  std::wstring m_name;
-  bool m_visible = true;
-  bool m_float = false;
   int m_fixedWidth = DUI_LENGTH_STRETCH;
   int m_fixedHeight = DUI_LENGTH_STRETCH;
   int m_minWidth = 0;
   int m_minHeight = 0;
   int m_maxWidth = DUI_LENGTH_NOLIMIT;
   int m_maxHeight = DUI_LENGTH_NOLIMIT;
-  HorAlignType m_horAlign = kHorAlignLeft;
-  VerAlignType m_verAlign = kVerAlignTop;
   UiRect m_margin;
   UiRect m_pos;
+  HorAlignType m_horAlign = kHorAlignLeft;
+  VerAlignType m_verAlign = kVerAlignTop;
+  bool m_visible = true;
+  bool m_float = false;
+  // Kept here for Box (set by its constructor and its layout scheduling; see Box::Arrange).
+  bool m_isBox = false;
+  bool m_needsArrange = false;  // its children wait to be laid out in its rectangle
+  bool m_pendingBelow = false;  // a box below it may wait to be laid out
   std::function<bool()> m_placementPredicate;
+  std::wstring m_name;
 };
 
 }  // namespace mivo::duilib

@@ -22,6 +22,7 @@ void Window::AttachRoot(Box* root) {
   m_root->SetWindow(this, nullptr);
   if (m_clientArea.GetWidth() > 0 || m_clientArea.GetHeight() > 0) m_root->SetPos(m_clientArea);
   Invalidate(m_clientArea);
+  ScheduleArrange();  // boxes the root's layout did not reach (hidden ones) may still wait
 }
 
 Control* Window::FindControl(const std::wstring& name) const { return m_root ? m_root->FindSubControl(name) : nullptr; }
@@ -80,6 +81,26 @@ void Window::ArrangeRoot(const UiRect& client) {
   Invalidate(client);
 }
 
+void Window::ScheduleArrange() {
+  m_arrangeScheduled = true;
+  if (!m_arrangePosted) m_arrangePosted = ScheduleArrangeNative();
+}
+
+void Window::ArrangeWaiting() {
+  m_arrangeScheduled = false;
+  if (m_root) m_root->ArrangeNow();
+}
+
+bool Window::IsUpdateNeeded() const {
+  if (m_arrangeScheduled) const_cast<Window*>(this)->ArrangeWaiting();
+  return m_needUpdate;
+}
+
+const UiRect& Window::GetUpdateRect() const {
+  if (m_arrangeScheduled) const_cast<Window*>(this)->ArrangeWaiting();
+  return m_updateRect;
+}
+
 void Window::Invalidate(const UiRect& rc) {
   if (rc.GetWidth() <= 0 || rc.GetHeight() <= 0) return;
   if (!m_needUpdate) {
@@ -93,6 +114,7 @@ void Window::Invalidate(const UiRect& rc) {
 }
 
 void Window::Paint(IRenderContext& render) {
+  ArrangeWaiting();
   if (!m_root || !m_root->IsVisible()) return;
   if (render.PushClip(m_root->GetPos())) m_root->Paint(render);
   render.PopClip();

@@ -65,6 +65,12 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   // Lays the root out in the client rectangle (the window's size changed).
   void ArrangeRoot(const UiRect& client);
   const UiRect& GetClientArea() const { return m_clientArea; }
+  // A box of the tree waits to be laid out (Box::Arrange). The window lays it out before it
+  // paints, hit-tests or tells what needs repainting; the Win32 window also posts itself a
+  // message to do it soon, since the layout decides what is repainted.
+  void ScheduleArrange();
+  // Lays out now the boxes of the tree that wait.
+  void ArrangeWaiting();
 
   // The mouse, in client coordinates: kEventMouseMove, kEventMouseButtonDown,
   // kEventMouseButtonUp, kEventMouseDoubleClick, and kEventMouseLeave when it leaves the
@@ -81,10 +87,11 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   Control* GetPushedControl() const { return Live(m_pushed); }
 
   // Controls ask for a repaint of their rectangle. This keeps the union of what was asked
-  // since the last paint; the Win32 window passes it on to InvalidateRect as well.
+  // since the last paint; the Win32 window passes it on to InvalidateRect as well. The two
+  // questions lay out what waits first, as that may move controls.
   virtual void Invalidate(const UiRect& rc);
-  bool IsUpdateNeeded() const { return m_needUpdate; }
-  const UiRect& GetUpdateRect() const { return m_updateRect; }
+  bool IsUpdateNeeded() const;
+  const UiRect& GetUpdateRect() const;
   void ClearUpdate() { m_needUpdate = false; }
 
   // Paints the tree into `render`, clipped to the root.
@@ -142,6 +149,9 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   // native window of a Window that is going away.
   void InvalidateNative(const UiRect& rc);
   void ReleaseNative();
+  // Has ArrangeWaiting run soon (a posted message); false when nothing was posted (no native
+  // window).
+  bool ScheduleArrangeNative();
 #if defined(_WIN32)
   static LRESULT CALLBACK WndProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   bool HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
@@ -157,6 +167,8 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   Tracked m_pushed;
   bool m_needUpdate = false;
   UiRect m_updateRect;
+  bool m_arrangeScheduled = false;  // a box may wait to be laid out
+  bool m_arrangePosted = false;     // the native window has the message to do it coming
   HWND m_hwnd = nullptr;
   std::vector<IUIMessageFilter*> m_filters;
   bool m_trackingMouse = false;

@@ -7,4 +7,6 @@ void Window::InvalidateNative(const UiRect&) {}
 
 void Window::ReleaseNative() {}
 
+bool Window::ScheduleArrangeNative() { return false; }
+
 }  // namespace mivo::duilib

@@ -18,6 +18,13 @@ UiRect ToUi(const RECT& r) { return UiRect{r.left, r.top, r.right, r.bottom}; }
 
 UiPoint PointOf(LPARAM lParam) { return UiPoint{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}; }
 
+// The message a window posts itself to lay out the boxes that wait; registered, so that it
+// collides with no message of a form or a filter.
+UINT ArrangeMessage() {
+  static const UINT message = RegisterWindowMessageW(L"MivoUIArrangeWaiting");
+  return message;
+}
+
 }  // namespace
 
 void Window::InvalidateNative(const UiRect& rc) {
@@ -25,6 +32,8 @@ void Window::InvalidateNative(const UiRect& rc) {
   RECT r{rc.left, rc.top, rc.right, rc.bottom};
   ::InvalidateRect(m_hwnd, &r, FALSE);
 }
+
+bool Window::ScheduleArrangeNative() { return m_hwnd && PostMessageW(m_hwnd, ArrangeMessage(), 0, 0); }
 
 void Window::ReleaseNative() {
   if (!m_hwnd) return;
@@ -135,11 +144,17 @@ LRESULT CALLBACK Window::WndProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM 
     window = reinterpret_cast<Window*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
   }
   if (!window) return DefWindowProcW(hwnd, message, wParam, lParam);
+  if (message == ArrangeMessage() && message != 0) {  // the window's own: forms and filters never see it
+    window->m_arrangePosted = false;
+    window->ArrangeWaiting();
+    return 0;
+  }
   if (message != WM_NCDESTROY) return window->HandleMessage(message, wParam, lParam);
   const LRESULT result = window->HandleMessage(message, wParam, lParam);
   SetWindowLongPtrW(hwnd, GWLP_USERDATA, 0);
   window->m_hwnd = nullptr;
   window->m_trackingMouse = false;
+  window->m_arrangePosted = false;  // its message went with the window
   window->OnFinalMessage(hwnd);  // may delete the window object: nothing after this
   return result;
 }
@@ -228,6 +243,8 @@ void Window::PaintInto(HDC dc, int width, int height) {
 }
 
 void Window::OnPaint() {
+  // Before BeginPaint, so that what the layout moves is part of this paint.
+  ArrangeWaiting();
   PAINTSTRUCT ps;
   HDC dc = BeginPaint(m_hwnd, &ps);
   RECT client;

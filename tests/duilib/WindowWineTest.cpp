@@ -251,4 +251,29 @@ TEST_F(WindowUnderWine, APlainWindowTakesTheSkinSizeAsItsClientSize) {
   EXPECT_EQ(window.GetHWND(), nullptr);
 }
 
+TEST_F(WindowUnderWine, AChildAddedToAShownWindowIsLaidOutAndRepaintedWithoutMoreInput) {
+  Window window;
+  WindowBuilder builder;
+  Control* root = builder.CreateFromString(
+      R"(<Window size="300,200"><VBox bkcolor="red"><Control height="50"/></VBox></Window>)", nullptr, &window);
+  window.AttachRoot(static_cast<Box*>(root));
+  HWND hwnd = window.Create(nullptr, L"grows", WS_POPUP, 0);
+  ASSERT_NE(hwnd, nullptr);
+  window.ShowWindow(true, false);
+  PumpUntil([] { return false; }, 100);  // the first paint
+  ASSERT_FALSE(GetUpdateRect(hwnd, nullptr, FALSE));
+
+  auto* added = new Control();
+  added->SetFixedHeight(30);
+  window.GetRoot()->Add(added);
+  // Posted messages only: the window's own lays the box out, and that asks for the repaint.
+  MSG msg;
+  while (PeekMessageW(&msg, hwnd, 0, 0, PM_REMOVE | PM_QS_POSTMESSAGE)) DispatchMessageW(&msg);
+  RECT update{};
+  EXPECT_TRUE(GetUpdateRect(hwnd, &update, FALSE));
+  EXPECT_EQ((UiRect{update.left, update.top, update.right, update.bottom}), (UiRect{0, 50, 300, 80}));
+  EXPECT_EQ(added->GetPos(), (UiRect{0, 50, 300, 80}));
+  DestroyWindow(hwnd);
+}
+
 }  // namespace

@@ -1,0 +1,52 @@
+// Boxes lay out when places are needed, not at every change: what is read, hit or repainted
+// right after a change must be what an immediate layout would have given.
+#include <gtest/gtest.h>
+
+#include "duilib/Core/Box.h"
+#include "duilib/Core/Window.h"
+
+namespace mivo::duilib {
+namespace {
+
+Control* Fixed(int height) {
+  auto* control = new Control();
+  control->SetFixedHeight(height);
+  return control;
+}
+
+TEST(BoxArrange, PlacesReadOrHitRightAfterAddingAreTheArrangedOnes) {
+  VBox outer;
+  outer.SetPos(UiRect{0, 0, 100, 100});
+  auto* inner = new HBox();
+  auto* leaf = new Control();
+  ASSERT_TRUE(outer.Add(inner));
+  ASSERT_TRUE(inner->Add(leaf));
+  EXPECT_EQ(leaf->GetPos(), (UiRect{0, 0, 100, 100}));  // both boxes waited
+
+  Control* below = Fixed(40);
+  outer.Add(below);
+  EXPECT_EQ(leaf->GetPos(), (UiRect{0, 0, 100, 60}));  // read through the inner box
+  EXPECT_EQ(below->GetPos(), (UiRect{0, 60, 100, 100}));
+
+  Control* last = Fixed(10);
+  outer.Add(last);
+  EXPECT_EQ(outer.FindControlAt(UiPoint{50, 95}), last);
+  EXPECT_EQ(outer.FindControlAt(UiPoint{50, 85}), below);
+  EXPECT_EQ(below->GetPos(), (UiRect{0, 50, 100, 90}));
+}
+
+TEST(BoxArrange, AWindowRepaintsWhatTheWaitingLayoutMoves) {
+  Window window;
+  window.AttachRoot(new VBox());
+  window.GetRoot()->Add(Fixed(20));
+  window.ArrangeRoot(UiRect{0, 0, 200, 100});
+  window.ClearUpdate();
+  Control* added = Fixed(30);
+  window.GetRoot()->AddAt(added, 0);  // the first child moves down below it
+  EXPECT_TRUE(window.IsUpdateNeeded());
+  EXPECT_EQ(window.GetUpdateRect(), (UiRect{0, 0, 200, 50}));
+  EXPECT_EQ(added->GetPos(), (UiRect{0, 0, 200, 30}));
+}
+
+}  // namespace
+}  // namespace mivo::duilib
