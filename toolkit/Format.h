@@ -7,6 +7,7 @@
 //  - %n writes nothing. A null string argument prints "(null)".
 // Numbers are laid out by the C library; strings and characters here.
 #include <cstdarg>
+#include <cstddef>
 #include <string>
 
 #include "toolkit/export.h"
@@ -15,5 +16,8 @@ namespace toolkit {
 
 MIVO_COMMON_API std::wstring FormatWide(const wchar_t* format, va_list args);
 MIVO_COMMON_API std::string FormatNarrow(const char* format, va_list args);
+// The same text as FormatWide, cut to fit `capacity` - 1 characters and zero-terminated in
+// `buffer`, with no allocation for the common directives. Returns the characters written.
+MIVO_COMMON_API size_t FormatWideInto(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list args);
 
 }  // namespace toolkit

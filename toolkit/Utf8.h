@@ -11,4 +11,11 @@ namespace toolkit {
 void Utf8ToWide(const char* bytes, size_t length, std::wstring& out);
 void WideToUtf8(const wchar_t* text, size_t length, std::string& out);
 
+// The same into a caller's buffer, returning the units written. A byte never gives more
+// than one wide unit, so `out` needs room for `length` units; a wide unit never gives more
+// than kUtf8PerWide bytes, so `out` needs `length * kUtf8PerWide` bytes.
+constexpr size_t kUtf8PerWide = sizeof(wchar_t) == 2 ? 3 : 4;
+size_t Utf8ToWide(const char* bytes, size_t length, wchar_t* out);
+size_t WideToUtf8(const wchar_t* text, size_t length, char* out);
+
 }  // namespace toolkit
