@@ -7,6 +7,7 @@
 #include <mmsystem.h>
 
 #include <atomic>
+#include <utility>
 
 namespace mivo::duilib {
 namespace {
@@ -103,9 +104,9 @@ TimerManager::~TimerManager() {
   if (window_ != nullptr) DestroyWindow(window_);
 }
 
-bool TimerManager::AddTimer(const std::weak_ptr<nbase::WeakFlag>& owner, const TimerCallback& callback, UINT delayMs,
+bool TimerManager::AddTimer(const std::weak_ptr<nbase::WeakFlag>& owner, TimerCallback callback, UINT delayMs,
                             int repeatCount) {
-  return queue_->AddTimer(owner, callback, delayMs, repeatCount);
+  return queue_->AddTimer(owner, std::move(callback), delayMs, repeatCount);
 }
 
 void TimerManager::Poll() { queue_->Poll(); }

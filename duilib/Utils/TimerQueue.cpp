@@ -5,14 +5,25 @@
 namespace mivo::duilib {
 
 TimerQueue::TimerQueue(TimerClock& clock, TimerDriver& driver)
-    : clock_(clock), driver_(driver), frequency_(std::max<int64_t>(clock.Frequency(), 1)) {}
+    : clock_(clock),
+      driver_(driver),
+      frequency_(std::max<int64_t>(clock.Frequency(), 1)),
+      ticksPerMs_(frequency_ % 1000 == 0 ? frequency_ / 1000 : 0) {}
 
 TimerQueue::~TimerQueue() { StopTimer(); }
 
 bool TimerQueue::AddTimer(const std::weak_ptr<nbase::WeakFlag>& owner, Callback callback, uint32_t delayMs,
                           int repeatCount) {
-  const int64_t interval = frequency_ * static_cast<int64_t>(delayMs) / 1000;
-  Push(Entry{std::move(callback), interval, clock_.Now() + interval, owner, repeatCount, 0});
+  // frequency × ms ÷ 1000, without the division when the frequency is whole milliseconds
+  const int64_t interval =
+      ticksPerMs_ ? ticksPerMs_ * static_cast<int64_t>(delayMs) : frequency_ * static_cast<int64_t>(delayMs) / 1000;
+  const uint32_t slot = TakeSlot();
+  Slot& s = At(slot);
+  s.callback.swap(callback);
+  s.owner = owner;
+  s.interval = interval;
+  s.repeatCount = repeatCount;
+  Push(Key{clock_.Now() + interval, 0, slot});
   // A new timer may be due at any moment, so poll at the animation rate until the next pass
   // knows better.
   if (timerId_ == 0 || !fastPeriod_) {
@@ -26,26 +37,34 @@ void TimerQueue::Poll() {
   const int64_t now = clock_.Now();
   // Timers that run again wait here until the pass ends, so one whose interval is 0 ticks
   // runs once a pass instead of keeping the pass going for ever.
-  std::vector<Entry> again;
+  std::vector<Key> again;
   auto requeue = [&] {
-    for (Entry& entry : again) Push(std::move(entry));
+    for (const Key& key : again) Push(key);
     again.clear();
   };
   bool ownerGone = false;
+  uint32_t running = 0;
+  bool inCallback = false;
   try {
     while (!heap_.empty() && heap_.front().due <= now) {
-      Entry entry = PopFront();
-      if (entry.owner.expired()) {
+      const Key key = PopFront();
+      Slot& s = At(key.slot);
+      if (s.owner.expired()) {
+        FreeSlot(key.slot);
         ownerGone = true;  // dropped unseen; the rest waits for the next pass
         break;
       }
-      entry.callback();
-      if (RunsAgain(entry.repeatCount)) {
-        entry.due = now + entry.interval;
-        again.push_back(std::move(entry));
-      }
+      running = key.slot;
+      inCallback = true;
+      s.callback();
+      inCallback = false;
+      if (RunsAgain(s.repeatCount))
+        again.push_back(Key{now + s.interval, 0, key.slot});
+      else
+        FreeSlot(key.slot);
     }
   } catch (...) {
+    if (inCallback) FreeSlot(running);  // the timer that threw is dropped
     requeue();
     throw;
   }
@@ -84,17 +103,34 @@ void TimerQueue::StopTimer() {
   timerId_ = 0;
 }
 
-void TimerQueue::Push(Entry entry) {
-  entry.sequence = nextSequence_++;
-  heap_.push_back(std::move(entry));
+uint32_t TimerQueue::TakeSlot() {
+  if (!freeSlots_.empty()) {
+    const uint32_t slot = freeSlots_.back();
+    freeSlots_.pop_back();
+    return slot;
+  }
+  if ((slotCount_ & (kChunkSize - 1)) == 0) chunks_.push_back(std::make_unique<Slot[]>(kChunkSize));
+  return slotCount_++;
+}
+
+void TimerQueue::FreeSlot(uint32_t slot) {
+  Slot& s = At(slot);
+  s.callback = nullptr;
+  s.owner.reset();
+  freeSlots_.push_back(slot);
+}
+
+void TimerQueue::Push(Key key) {
+  key.sequence = nextSequence_++;
+  heap_.push_back(key);
   std::push_heap(heap_.begin(), heap_.end(), Later());
 }
 
-TimerQueue::Entry TimerQueue::PopFront() {
+TimerQueue::Key TimerQueue::PopFront() {
   std::pop_heap(heap_.begin(), heap_.end(), Later());
-  Entry entry = std::move(heap_.back());
+  const Key key = heap_.back();
   heap_.pop_back();
-  return entry;
+  return key;
 }
 
 }  // namespace mivo::duilib

@@ -1,6 +1,6 @@
 #pragma once
-// The decisions of the framework's timer manager, free of Win32: a heap of timers ordered by
-// due time, measured in performance-counter ticks, and the plan for the one periodic
+// The decisions of the framework's timer manager, free of Win32: a binary heap of timers
+// ordered by due time, measured in performance-counter ticks, and the plan for the one periodic
 // multimedia timer that wakes the UI thread. The Windows half supplies the real counter and
 // multimedia timer; tests supply fakes.
 #include <cstdint>
@@ -55,22 +55,33 @@ class TimerQueue {
   int64_t Frequency() const { return frequency_; }
 
  private:
-  struct Entry {
-    Callback callback;
-    int64_t interval;
+  // A timer's heap entry is only its due time, its place in the queue order and the slot that
+  // holds the rest: the heap moves 24 bytes a step instead of the callback and its owner.
+  struct Key {
     int64_t due;
-    std::weak_ptr<nbase::WeakFlag> owner;
-    int repeatCount;
     uint64_t sequence;  // equal due times run in the order they were queued
+    uint32_t slot;
   };
   struct Later {
-    bool operator()(const Entry& a, const Entry& b) const {
+    bool operator()(const Key& a, const Key& b) const {
       return a.due != b.due ? a.due > b.due : a.sequence > b.sequence;
     }
   };
+  struct Slot {
+    Callback callback;
+    std::weak_ptr<nbase::WeakFlag> owner;
+    int64_t interval = 0;
+    int repeatCount = 0;
+  };
+  // Slots live in chunks that never move, so a callback may add timers while it runs.
+  static constexpr uint32_t kChunkBits = 8;
+  static constexpr uint32_t kChunkSize = 1u << kChunkBits;
+  Slot& At(uint32_t slot) { return chunks_[slot >> kChunkBits][slot & (kChunkSize - 1)]; }
+  uint32_t TakeSlot();
+  void FreeSlot(uint32_t slot);
 
-  void Push(Entry entry);
-  Entry PopFront();
+  void Push(Key key);
+  Key PopFront();
   void Replan(int64_t now);
   void Restart(uint32_t periodMs);
   void StopTimer();
@@ -79,7 +90,11 @@ class TimerQueue {
   TimerClock& clock_;
   TimerDriver& driver_;
   int64_t frequency_;
-  std::vector<Entry> heap_;
+  int64_t ticksPerMs_;  // frequency_ / 1000 when that is exact, else 0
+  std::vector<Key> heap_;
+  std::vector<std::unique_ptr<Slot[]>> chunks_;
+  std::vector<uint32_t> freeSlots_;
+  uint32_t slotCount_ = 0;  // slots handed out so far, free or not
   uint64_t nextSequence_ = 0;
   bool fastPeriod_ = true;
   uint32_t timerId_ = 0;
