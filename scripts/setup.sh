@@ -17,7 +17,7 @@ packages=(
   imagemagick fonts-wqy-microhei
   libtinyxml-dev libjsoncpp-dev libssl-dev libgtest-dev libgmock-dev libbenchmark-dev libspdlog-dev
   libgsf-1-dev
-  libhyperscan-dev
+  libhyperscan-dev libuv1-dev
   libicu-dev
   clang libclang-rt-14-dev
 )
