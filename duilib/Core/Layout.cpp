@@ -12,6 +12,21 @@ namespace {
 
 bool TakesPart(const Control* child) { return child->IsVisible() && !child->IsFloat(); }
 
+// Children live wherever they were allocated; a layout over thousands of them waits on memory
+// unless it asks for the next ones early. The fields a layout reads and writes lie in the
+// first two cache lines of a control.
+constexpr size_t kPrefetchAhead = 8;
+inline void PrefetchChild(const std::vector<Control*>& items, size_t index) {
+#if defined(__GNUC__)
+  if (index + kPrefetchAhead < items.size()) {
+    const char* next = reinterpret_cast<const char*>(items[index + kPrefetchAhead]);
+    __builtin_prefetch(next);
+    __builtin_prefetch(next + 64);
+    __builtin_prefetch(next + 127);
+  }
+#endif
+}
+
 // Along the layout axis the maximum is always applied; across it only when not negative.
 int ClampAlong(int value, int minimum, int maximum) {
   if (value < minimum) value = minimum;
@@ -54,9 +69,11 @@ bool CrossPlace(int align, int start, int end, int marginBefore, int marginAfter
 }
 
 // The axis a stacking layout runs along: vertical (VLayout) or horizontal (HLayout). Along it
-// the children share the space; across it each is placed by its own alignment.
+// the children share the space; across it each is placed by its own alignment. A template, so
+// that each layout's loops are compiled for their own axis.
+template <bool kVertical>
 struct Axis {
-  bool vertical;
+  static constexpr bool vertical = kVertical;
 
   int Along(const UiSize& size) const { return vertical ? size.cy : size.cx; }
   int Across(const UiSize& size) const { return vertical ? size.cx : size.cy; }
@@ -80,7 +97,8 @@ struct Axis {
   }
 };
 
-UiSize StackMeasure(const Axis& axis, const std::vector<Control*>& items, UiSize available, int childMargin,
+template <bool kVertical>
+UiSize StackMeasure(const Axis<kVertical>& axis, const std::vector<Control*>& items, UiSize available, int childMargin,
                     const UiRect& padding) {
   int along = 0, across = 0, count = 0;
   for (Control* child : items) {
@@ -100,12 +118,15 @@ UiSize StackMeasure(const Axis& axis, const std::vector<Control*>& items, UiSize
   return total;
 }
 
-UiSize StackArrange(const Axis& axis, const std::vector<Control*>& items, UiRect rc, int childMargin) {
+template <bool kVertical>
+UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& items, UiRect rc, int childMargin) {
   const UiSize space{rc.GetWidth(), rc.GetHeight()};
   const int length = axis.Along(space), breadth = axis.Across(space);
   // First pass: what the fixed children and the margins take, and how many stretch.
   int count = 0, stretches = 0, fixed = 0;
-  for (Control* child : items) {
+  for (size_t i = 0; i < items.size(); ++i) {
+    PrefetchChild(items, i);
+    Control* child = items[i];
     if (!TakesPart(child)) continue;
     const UiRect& m = child->GetMargin();
     int estimate = axis.Along(child->EstimateSize(space));
@@ -123,7 +144,9 @@ UiSize StackArrange(const Axis& axis, const std::vector<Control*>& items, UiRect
 
   // Second pass: place them one after another.
   int at = axis.Start(rc), used = 0, widest = 0, remaining = length;
-  for (Control* child : items) {
+  for (size_t i = 0; i < items.size(); ++i) {
+    PrefetchChild(items, i);
+    Control* child = items[i];
     if (!child->IsVisible()) continue;
     if (child->IsFloat()) {
       Layout::SetFloatPos(child, rc);
@@ -214,19 +237,19 @@ UiSize Layout::AjustSizeByChild(const std::vector<Control*>& items, UiSize avail
 }
 
 UiSize VLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize available) {
-  return StackMeasure(Axis{true}, items, available, m_childMargin, m_padding);
+  return StackMeasure(Axis<true>{}, items, available, m_childMargin, m_padding);
 }
 
 UiSize VLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  return StackArrange(Axis{true}, items, rc, m_childMargin);
+  return StackArrange(Axis<true>{}, items, rc, m_childMargin);
 }
 
 UiSize HLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize available) {
-  return StackMeasure(Axis{false}, items, available, m_childMargin, m_padding);
+  return StackMeasure(Axis<false>{}, items, available, m_childMargin, m_padding);
 }
 
 UiSize HLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  return StackArrange(Axis{false}, items, rc, m_childMargin);
+  return StackArrange(Axis<false>{}, items, rc, m_childMargin);
 }
 
 }  // namespace mivo::duilib
