@@ -68,10 +68,24 @@ unsigned long long ParseUnsigned(const Ch* s, int base) {
   return negative ? 0 - v : v;
 }
 
+// The bytes of a std::string up to its first NUL, as strlen of c_str() counts them, eight
+// at a time (the C runtime's strlen goes byte by byte on some platforms).
+size_t BytesBeforeNul(const std::string& s) {
+  const char* p = s.data();
+  size_t n = s.size(), i = 0;
+  for (; i + 8 <= n; i += 8) {
+    uint64_t word;
+    std::memcpy(&word, p + i, 8);
+    if ((word - 0x0101010101010101ull) & ~word & 0x8080808080808080ull) break;  // a zero byte in it
+  }
+  while (i < n && p[i]) ++i;
+  return i;
+}
+
 CString FromCodePage(const char* bytes, size_t length, unsigned codePage) {
-  std::wstring wide;
-  if (!bytes || length == 0 || !toolkit::MultiByteToWide(codePage, bytes, length, wide)) return CString();
-  return CString(wide.data(), static_cast<int>(wide.size()));
+  CString text;
+  if (!bytes || length == 0 || !toolkit::MultiByteToWide(codePage, bytes, length, text)) return CString();
+  return text;
 }
 
 std::string ToCodePage(const wchar_t* text, size_t length, unsigned codePage) {
@@ -93,11 +107,13 @@ CString MBCS2CString(const char* bytes, int codePage) {
 
 CString MBCS2CString(char* bytes, int codePage) { return MBCS2CString(static_cast<const char*>(bytes), codePage); }
 
-CString MBCS2CString(const std::string& bytes, int codePage) { return MBCS2CString(bytes.c_str(), codePage); }
+CString MBCS2CString(const std::string& bytes, int codePage) {
+  return FromCodePage(bytes.c_str(), BytesBeforeNul(bytes), static_cast<unsigned>(codePage));
+}
 
 CString utf8_to_CString(const char* utf8) { return MBCS2CString(utf8, 65001); }
 CString utf8_to_CString(char* utf8) { return MBCS2CString(static_cast<const char*>(utf8), 65001); }
-CString utf8_to_CString(const std::string& utf8) { return MBCS2CString(utf8.c_str(), 65001); }
+CString utf8_to_CString(const std::string& utf8) { return FromCodePage(utf8.c_str(), BytesBeforeNul(utf8), 65001); }
 
 std::string CString_to_utf8(const CString& text) { return CString2MBCS(text, 65001); }
 

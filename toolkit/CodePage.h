@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <string>
 
+#include "toolkit/CString.h"
 #include "toolkit/export.h"
 
 namespace toolkit {
@@ -16,6 +17,8 @@ MIVO_COMMON_API bool MultiByteToWide(unsigned codePage, const char* bytes, size_
                                      std::wstring& out);
 MIVO_COMMON_API bool WideToMultiByte(unsigned codePage, const wchar_t* text, size_t length,
                                      std::string& out);
+// The same conversion straight into a CString's own buffer, with no copy in between.
+MIVO_COMMON_API bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, CString& out);
 
 // The process's ANSI code page (GetACP on Windows). Elsewhere it is 65001 unless a test or
 // the environment variable MIVO_ANSI_CODEPAGE sets another.

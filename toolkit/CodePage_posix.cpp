@@ -6,6 +6,7 @@
 #include <wctype.h>
 
 #include <atomic>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -157,6 +158,21 @@ bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, std::w
   }
   out.reserve(produced);
   for (size_t i = 0; i < produced; ++i) out.push_back(static_cast<wchar_t>(wide[i]));
+  return true;
+}
+
+bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, CString& out) {
+  out.Empty();
+  if (length == 0) return true;
+  if (Resolve(codePage) == 65001 && length <= static_cast<size_t>(INT_MAX)) {
+    // a byte never gives more than one character
+    size_t n = Utf8ToWide(bytes, length, out.GetBufferSetLength(static_cast<int>(length)));
+    out.ReleaseBuffer(static_cast<int>(n));
+    return true;
+  }
+  std::wstring wide;
+  if (!MultiByteToWide(codePage, bytes, length, wide)) return false;
+  out = CString(wide.data(), static_cast<int>(wide.size()));
   return true;
 }
 
