@@ -1,6 +1,9 @@
 #include "common/Trace.h"
 
+#include <chrono>
 #include <cstdarg>
+#include <ctime>
+#include <cwchar>
 
 #include "common/AppPath.h"
 #include "common/Conversion.h"
@@ -8,14 +11,48 @@
 #include "toolkit/FileSystem.h"
 #include "toolkit/Format.h"
 #include "toolkit/LocalTime.h"
+#include "toolkit/Utf8.h"
 
 namespace {
 
 std::mutex g_instanceLock;
 ITrace_imp* g_instance = nullptr;
 
-constexpr unsigned kOpenFlags =
-    CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::shareDenyNone | CFile::typeBinary;
+// Appending: each line lands at the end of the file in one write, whoever else writes there.
+constexpr unsigned kOpenFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite |
+                                CFile::shareDenyNone | CFile::typeBinary | CFile::modeAppend;
+
+constexpr size_t kStampRoom = 64;  // "[YYYY/MM/DD HH:MM:SS]" is 21 characters
+constexpr size_t kLineRoom = kStampRoom + ITrace_imp::kMessageChars + 2;  // stamp, message, "\r\n"
+
+// The time stamp of the current second, formatted only when the second changes: between
+// lines of the same second only the clock is read. One per thread, so no lock is needed.
+struct StampCache {
+  std::time_t second = -1;
+  size_t length = 0;
+  wchar_t text[kStampRoom] = {};
+};
+thread_local StampCache t_stamp;
+
+// Writes the local time as "[%Y/%m/%d %H:%M:%S]" at `out`; returns its length.
+size_t PutStamp(wchar_t* out) {
+  StampCache& cache = t_stamp;
+  // the system clock, not time(): the C runtime's time() looks up the time zone at each
+  // call on some platforms (tens of microseconds under Wine)
+  std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  if (now != cache.second) {
+    std::tm local{};
+#if defined(_WIN32)
+    localtime_s(&local, &now);
+#else
+    localtime_r(&now, &local);
+#endif
+    cache.length = std::wcsftime(cache.text, kStampRoom, L"[%Y/%m/%d %H:%M:%S]", &local);
+    cache.second = now;
+  }
+  std::wmemcpy(out, cache.text, cache.length);
+  return cache.length;
+}
 
 }  // namespace
 
@@ -84,21 +121,26 @@ void ITrace_imp::OpenFile() {
 
 void ITrace_imp::Trace(int level, bool flush, const wchar_t* format, ...) {
   if (level < m_minimumLevel || !format) return;
+  // The whole line is built on the stack: the stamp, the message (cut at kMessageChars - 1
+  // characters, and at a zero character it may hold), "\r\n".
+  wchar_t line[kLineRoom + 1];
+  size_t length = PutStamp(line);
   va_list args;
   va_start(args, format);
-  std::wstring message = toolkit::FormatWide(format, args);
+  toolkit::FormatWideInto(line + length, kMessageChars, format, args);
   va_end(args);
-  if (message.size() > kMessageChars - 1) message.resize(kMessageChars - 1);
-  CString line = toolkit::FormatLocalTime(L"[%Y/%m/%d %H:%M:%S]");
-  line += message.c_str();
-  line += L"\r\n";
+  length += std::wcslen(line + length);
+  line[length++] = L'\r';
+  line[length++] = L'\n';
+  line[length] = 0;
   toolkit::OutputDebugText(line);
-  AddDequeData(line, flush);
+  AddDequeData(line, length, flush);
 }
 
-void ITrace_imp::AddDequeData(const CString& line, bool flush) {
+void ITrace_imp::AddDequeData(const wchar_t* line, size_t length, bool flush) {
+  char utf8[kLineRoom * toolkit::kUtf8PerWide];
+  size_t bytes = toolkit::WideToUtf8(line, length, utf8);
   std::lock_guard<std::mutex> guard(m_lock);
-  std::string utf8 = mivo::common::CString_to_utf8(line);
   if (!m_isOpen && m_failedOpens < kOpenAttempts) {
     if (m_failedOpens == kOpenAttempts - 1) m_path += L".tmp";
     OpenFile();
@@ -106,8 +148,7 @@ void ITrace_imp::AddDequeData(const CString& line, bool flush) {
   }
   if (!m_isOpen) return;
   try {
-    m_file.SeekToEnd();
-    m_file.Write(utf8.data(), static_cast<UINT>(utf8.size()));
+    m_file.Write(utf8, static_cast<UINT>(bytes));  // at the end: the file is open for appending
     if (flush) m_file.Flush();
   } catch (CException* e) {
     CString text;

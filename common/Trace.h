@@ -38,7 +38,7 @@ class MIVO_COMMON_API ITrace_imp : public ITrace {
 
  private:
   void OpenFile();
-  void AddDequeData(const CString& line, bool flush);
+  void AddDequeData(const wchar_t* line, size_t length, bool flush);
 
   CFile m_file;
   CString m_path;

@@ -26,6 +26,10 @@ class MIVO_COMMON_API CFile {
     modeNoTruncate = 0x2000,
     typeText = 0x4000,
     typeBinary = 0x8000,
+    // Not one of the framework's flags: every write goes to the end of the file in one step
+    // (FILE_APPEND_DATA / O_APPEND), wherever the position is, so processes that share a log
+    // never write over each other's lines. SetLength is refused on Windows.
+    modeAppend = 0x00400000,
   };
   enum SeekPosition { begin = 0x0, current = 0x1, end = 0x2 };
   static const HANDLE hFileNull;

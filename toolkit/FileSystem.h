@@ -23,7 +23,8 @@ MIVO_COMMON_API bool GetFileLength(const wchar_t* path, ULONGLONG& length);
 MIVO_COMMON_API bool GetDiskFreeBytes(const wchar_t* path, ULONGLONG& freeBytes);
 // The running executable's full path.
 MIVO_COMMON_API CString GetModulePath();
-// The debugger output: OutputDebugStringW on Windows. Elsewhere the text goes to standard
+// The debugger output: OutputDebugStringW on Windows, while a debugger or a debug-output
+// monitor listens (nobody else can see it). Elsewhere the text goes to standard
 // error when the environment variable MIVO_DEBUG_OUTPUT is set, and nowhere otherwise, as
 // OutputDebugString goes nowhere without a debugger.
 MIVO_COMMON_API void OutputDebugText(const wchar_t* text);

@@ -1,6 +1,8 @@
 // Windows half of the folder and file operations.
 #include <windows.h>
 
+#include <atomic>
+
 #include "toolkit/FileSystem.h"
 
 namespace toolkit {
@@ -55,8 +57,30 @@ CString GetModulePath() {
   return (n == 0 || n >= 32768) ? CString() : CString(buf, static_cast<int>(n));
 }
 
+namespace {
+
+// OutputDebugStringW raises an exception and looks for a monitor's shared buffer at every
+// call, listener or not (tens of microseconds under Wine, more than the trace line's own
+// write). So it is called only while a debugger is attached, or while a debug-output monitor
+// (the owner of "DBWIN_BUFFER") was there at the last look, taken at most once a second.
+bool DebugOutputListened() {
+  if (IsDebuggerPresent()) return true;
+  static std::atomic<ULONGLONG> nextLook{0};
+  static std::atomic<bool> monitor{false};
+  ULONGLONG now = GetTickCount64();
+  if (now >= nextLook.load(std::memory_order_relaxed)) {
+    nextLook.store(now + 1000, std::memory_order_relaxed);
+    HANDLE buffer = OpenFileMappingW(FILE_MAP_READ, FALSE, L"DBWIN_BUFFER");
+    monitor.store(buffer != nullptr, std::memory_order_relaxed);
+    if (buffer) CloseHandle(buffer);
+  }
+  return monitor.load(std::memory_order_relaxed);
+}
+
+}  // namespace
+
 void OutputDebugText(const wchar_t* text) {
-  if (text) OutputDebugStringW(text);
+  if (text && DebugOutputListened()) OutputDebugStringW(text);
 }
 
 CString ErrorText(long error) {

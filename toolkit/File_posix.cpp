@@ -72,6 +72,7 @@ HANDLE OpenFile(const wchar_t* path, unsigned flags, Error& error) {
     default: oflags |= O_RDONLY; break;
   }
   if (flags & CFile::modeCreate) oflags |= O_CREAT | ((flags & CFile::modeNoTruncate) ? 0 : O_TRUNC);
+  if (flags & CFile::modeAppend) oflags |= O_APPEND;
   std::string native = ToNativePath(path);
   int fd = ::open(native.c_str(), oflags, 0666);
   if (fd < 0) {

@@ -49,6 +49,9 @@ HANDLE OpenFile(const wchar_t* path, unsigned flags, Error& error) {
     case CFile::modeReadWrite: access = GENERIC_READ | GENERIC_WRITE; break;
     default: break;
   }
+  // appending: all the rights of writing but the one to write anywhere but at the end
+  if ((flags & CFile::modeAppend) && (access & GENERIC_WRITE))
+    access = (access & ~GENERIC_WRITE) | (FILE_GENERIC_WRITE & ~FILE_WRITE_DATA);
   DWORD share = 0;
   switch (flags & 0x70) {
     case CFile::shareDenyWrite: share = FILE_SHARE_READ; break;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <ctime>
 #include <fstream>
 #include <iterator>
@@ -64,6 +65,48 @@ TEST(Trace, LineFormatFileNameAndLevels) {
   EXPECT_EQ(lines[0][20], ']');
   EXPECT_EQ(lines[0].substr(21), "\xe4\xb8\xad\xe6\x96\x87 42 bytes");
   EXPECT_EQ(lines[1].substr(21), "kept");
+}
+
+// The stamp is formatted once a second and reused: each line still carries the second it
+// was written in.
+TEST(Trace, StampFollowsTheClockFromSecondToSecond) {
+  auto now = [] {
+    std::time_t t = std::time(nullptr);
+    char buf[32];
+    std::strftime(buf, sizeof buf, "[%Y/%m/%d %H:%M:%S]", std::localtime(&t));
+    return std::string(buf);
+  };
+  TempDir dir;
+  auto* trace = new ITrace_imp(dir.Path());
+  std::vector<std::pair<std::string, std::string>> windows;
+  for (int i = 0; i < 3; ++i) {
+    std::string before = now();
+    trace->Trace(1, false, L"line %d", i);
+    std::string after = now();
+    windows.emplace_back(before, after);
+    while (now() == after) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  CString path = trace->GetLogPath();
+  trace->Release();
+  std::vector<std::string> lines = Lines(Read(dir.NativeOf(path.Mid(dir.Path().GetLength()))));
+  ASSERT_EQ(lines.size(), 3u);
+  for (size_t i = 0; i < 3; ++i) {
+    std::string stamp = lines[i].substr(0, 21);
+    EXPECT_TRUE(stamp >= windows[i].first && stamp <= windows[i].second) << stamp << " " << windows[i].first;
+  }
+  EXPECT_NE(lines[0].substr(0, 21), lines[2].substr(0, 21));
+}
+
+// A zero character in the message ends it, as it ends a C string.
+TEST(Trace, MessageEndsAtAZeroCharacter) {
+  TempDir dir;
+  auto* trace = new ITrace_imp(dir.Path());
+  trace->Trace(1, false, L"before%cafter", 0);
+  CString path = trace->GetLogPath();
+  trace->Release();
+  std::vector<std::string> lines = Lines(Read(dir.NativeOf(path.Mid(dir.Path().GetLength()))));
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0].substr(21), "before");
 }
 
 TEST(Trace, LongMessagesAreCutAt1023Characters) {
