@@ -5,6 +5,7 @@
 #include "toolkit/File.h"
 #include "toolkit/FileFind.h"
 #include "toolkit/FileSystem.h"
+#include "toolkit/OpenFolder.h"
 
 namespace mivo::common {
 namespace {
@@ -93,56 +94,77 @@ int GetAllFilesInFolderT(const CString& folder, std::list<CString>& files, const
 
 namespace {
 
-// Removes a link without following it: a folder link or junction as a folder, a file link as
-// a file.
-bool RemoveLink(const CString& path, bool folder) {
-  return folder ? toolkit::RemoveFolder(path) : toolkit::DeleteFileAt(path);
-}
-
-int EmptyFolderAt(const CString& base, int removeSelf, int recurse, int depth) {
-  if (!IsFolderExist(base)) return 0;
-  ForEachEntry(base, [&](const CFileFind& entry, const CString& full) {
-    if (entry.IsReparsePoint()) {
-      // the link goes (when it can); its target stays untouched
-      if (recurse || !entry.IsDirectory()) RemoveLink(full, entry.IsDirectory());
-    } else if (entry.IsDirectory()) {
-      if (recurse && depth < kMaxFolderDepth) EmptyFolderAt(full, 1, recurse, depth + 1);
+// Empties an open folder: files go (read-only ones too), links go as links (their targets
+// stay untouched), and with `recurse` sub-folders are emptied and removed, down to
+// kMaxFolderDepth. Everything is named inside the open folder, never by a path that a link
+// could redirect.
+void EmptyOpenFolder(toolkit::OpenFolder& folder, int recurse, int depth) {
+  for (size_t i = 0; i < folder.Count(); ++i) {
+    DWORD a = folder.Attributes(i);
+    bool isFolder = (a & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (a & FILE_ATTRIBUTE_REPARSE_POINT) {
+      if (recurse || !isFolder) isFolder ? folder.RemoveFolderEntry(i) : folder.DeleteEntry(i);
+    } else if (isFolder) {
+      if (recurse && depth < kMaxFolderDepth) {
+        {
+          toolkit::OpenFolder sub(folder, i);
+          if (sub.IsOpen()) EmptyOpenFolder(sub, recurse, depth + 1);
+        }
+        folder.RemoveFolderEntry(i);
+      }
     } else {
-      if (entry.IsReadOnly()) toolkit::SetAttributes(full, FILE_ATTRIBUTE_NORMAL);
-      toolkit::DeleteFileAt(full);
+      if (a & FILE_ATTRIBUTE_READONLY) folder.ClearReadOnly(i);
+      folder.DeleteEntry(i);
     }
-    return true;
-  });
-  if (removeSelf) return toolkit::RemoveFolder(base) ? 1 : 0;
-  return 1;
+  }
 }
 
-int RemoveLinksAt(const CString& base, int depth) {
+// The links inside an open folder are removed; returns how many could not be (a folder
+// too deep to look into counts as one).
+int RemoveLinksIn(toolkit::OpenFolder& folder, int depth) {
   int left = 0;
-  ForEachEntry(base, [&](const CFileFind& entry, const CString& full) {
-    if (entry.IsReparsePoint()) {
-      if (!RemoveLink(full, entry.IsDirectory())) ++left;
-    } else if (entry.IsDirectory()) {
+  for (size_t i = 0; i < folder.Count(); ++i) {
+    DWORD a = folder.Attributes(i);
+    bool isFolder = (a & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (a & FILE_ATTRIBUTE_REPARSE_POINT) {
+      if (!(isFolder ? folder.RemoveFolderEntry(i) : folder.DeleteEntry(i))) ++left;
+    } else if (isFolder) {
       // a folder too deep to look into may hold anything: it counts as a link left
-      left += depth < kMaxFolderDepth ? RemoveLinksAt(full, depth + 1) : 1;
+      if (depth >= kMaxFolderDepth) {
+        ++left;
+        continue;
+      }
+      toolkit::OpenFolder sub(folder, i);
+      if (sub.IsOpen()) left += RemoveLinksIn(sub, depth + 1);
     }
-    return true;
-  });
+  }
   return left;
 }
 
 }  // namespace
 
 int EmptyFolder(const CString& folder, int removeSelf, int recurse) {
-  return EmptyFolderAt(WithoutTrailingSlash(folder), removeSelf, recurse, 0);
+  CString base = WithoutTrailingSlash(folder);
+  if (!IsFolderExist(base)) return 0;
+  {
+    toolkit::OpenFolder open(base);
+    if (open.IsOpen()) EmptyOpenFolder(open, recurse, 0);
+  }
+  if (removeSelf) return toolkit::RemoveFolder(base) ? 1 : 0;
+  return 1;
 }
 
 int RemoveFolderLinks(const CString& folder) {
   CString base = WithoutTrailingSlash(folder);
   DWORD a = toolkit::GetAttributes(base);
   if (a == toolkit::kInvalidAttributes) return 0;
-  if (a & FILE_ATTRIBUTE_REPARSE_POINT) return RemoveLink(base, (a & FILE_ATTRIBUTE_DIRECTORY) != 0) ? 0 : 1;
-  return (a & FILE_ATTRIBUTE_DIRECTORY) ? RemoveLinksAt(base, 0) : 0;
+  if (a & FILE_ATTRIBUTE_REPARSE_POINT) {  // the folder is itself a link: it goes, as a link
+    bool removed = (a & FILE_ATTRIBUTE_DIRECTORY) ? toolkit::RemoveFolder(base) : toolkit::DeleteFileAt(base);
+    return removed ? 0 : 1;
+  }
+  if (!(a & FILE_ATTRIBUTE_DIRECTORY)) return 0;
+  toolkit::OpenFolder open(base);
+  return open.IsOpen() ? RemoveLinksIn(open, 0) : 0;
 }
 
 bool SafeDeleteFile(const wchar_t* path) {

@@ -89,6 +89,54 @@ TEST(FileTests, EmptyFolderNeverFollowsALink) {
   EXPECT_EQ(Read(dir.NativeOf(L"outside\\precious.txt")), "keep me");
 }
 
+#if !defined(_WIN32)
+// Links nested in the tree: a file link and a folder link go as links, their targets stay;
+// without recursion a link to a folder stays like a folder, a link to a file goes.
+TEST(FileTests, LinksAnywhereInTheTreeGoAsLinks) {
+  TempDir dir;
+  fs::create_directories(dir.NativeOf(L"outside\\deep"));
+  Write(dir.NativeOf(L"outside\\deep\\precious.txt"), "keep me");
+  fs::create_directories(dir.NativeOf(L"tree\\a\\b"));
+  Write(dir.NativeOf(L"tree\\a\\b\\plain.txt"), "p");
+  fs::create_directory_symlink(dir.NativeOf(L"outside"), dir.NativeOf(L"tree\\a\\b\\to_folder"));
+  fs::create_symlink(dir.NativeOf(L"outside\\deep\\precious.txt"), dir.NativeOf(L"tree\\a\\to_file"));
+  fs::create_symlink(dir.NativeOf(L"nowhere"), dir.NativeOf(L"tree\\dangling"));
+
+  EXPECT_EQ(mc::EmptyFolder(dir.Path() + L"tree\\a\\b", 0, 0), 1);
+  EXPECT_TRUE(fs::is_symlink(dir.NativeOf(L"tree\\a\\b\\to_folder")));
+  EXPECT_FALSE(fs::exists(dir.NativeOf(L"tree\\a\\b\\plain.txt")));
+
+  EXPECT_EQ(mc::RemoveFolderLinks(dir.Path() + L"tree"), 0);
+  EXPECT_FALSE(fs::is_symlink(dir.NativeOf(L"tree\\a\\b\\to_folder")));
+  EXPECT_FALSE(fs::is_symlink(dir.NativeOf(L"tree\\a\\to_file")));
+  EXPECT_FALSE(fs::is_symlink(dir.NativeOf(L"tree\\dangling")));
+  EXPECT_TRUE(fs::is_directory(dir.NativeOf(L"tree\\a\\b")));
+
+  fs::create_directory_symlink(dir.NativeOf(L"outside"), dir.NativeOf(L"tree\\a\\again"));
+  EXPECT_EQ(mc::EmptyFolder(dir.Path() + L"tree", 1, 1), 1);
+  EXPECT_FALSE(fs::exists(dir.NativeOf(L"tree")));
+  EXPECT_EQ(Read(dir.NativeOf(L"outside\\deep\\precious.txt")), "keep me");
+}
+
+// Folders below kMaxFolderDepth are neither walked nor removed, and a link search counts
+// them as one link left.
+TEST(FileTests, WalksStopAtTheDepthBound) {
+  TempDir dir;
+  CString deepest = dir.Path() + L"top";
+  for (int i = 0; i <= mc::kMaxFolderDepth; ++i) deepest += L"\\d";
+  fs::create_directories(dir.NativeOf(deepest.Mid(dir.Path().GetLength())));
+  Write(dir.NativeOf(deepest.Mid(dir.Path().GetLength()) + L"\\f.txt"), "f");
+  EXPECT_EQ(mc::RemoveFolderLinks(dir.Path() + L"top"), 1);
+  EXPECT_EQ(mc::EmptyFolder(dir.Path() + L"top", 1, 1), 0);
+  EXPECT_TRUE(fs::exists(dir.NativeOf(deepest.Mid(dir.Path().GetLength()) + L"\\f.txt")));
+  CString kept = dir.Path() + L"top";
+  for (int i = 0; i < mc::kMaxFolderDepth; ++i) kept += L"\\d";
+  EXPECT_TRUE(fs::is_directory(dir.NativeOf(kept.Mid(dir.Path().GetLength()))));
+  kept += L"\\d";
+  EXPECT_TRUE(fs::is_directory(dir.NativeOf(kept.Mid(dir.Path().GetLength()))));
+}
+#endif
+
 TEST(FileTests, GetAllFilesInFolderForms) {
   TempDir dir;
   Write(dir.NativeOf(L"a.XML"), "");
