@@ -29,6 +29,13 @@ bool IsDirectory(const CString& path) { return mivo::common::IsFolderExist(path)
 
 void Debug(const CString& text) { toolkit::OutputDebugText(text); }
 
+// A deletion can settle late (a file another process holds open goes when its last handle closes):
+// waits until the folder is gone, looking every few milliseconds, for at most 200 ms.
+void WaitUntilGone(const CString& folder) {
+  constexpr int kStep = 4, kBound = 200;
+  for (int waited = 0; waited < kBound && IsDirectory(folder); waited += kStep) SleeperFn()(kStep);
+}
+
 }  // namespace
 
 void CPathTool::SetCommandStarter(CommandStarter starter) {
@@ -82,7 +89,7 @@ void CPathTool::CleanSharedFolders() {
   if (shared.IsEmpty() || !IsDirectory(shared)) return;
   Debug(L"CStartApp::InitInstance(): Empty Common AppData Folder: " + shared + L"\n");
   EmptyFolderTree(shared);
-  SleeperFn()(200);
+  WaitUntilGone(shared);
   if (!IsDirectory(shared)) return;
   // "rd /s" follows links (Wine's wipes what they point at): it runs only on a folder that
   // holds none, and a link that cannot be removed keeps it from running at all.

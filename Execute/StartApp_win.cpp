@@ -9,6 +9,7 @@
 #include "Execute/NamedEvent.h"
 #include "Execute/PathTool.h"
 #include "Execute/ProcessLauncher.h"
+#include "Execute/StartProfile.h"
 #include "Execute/UpdateCheck.h"
 #include "common/FileUtil.h"
 #include "common/ModuleManager.h"
@@ -20,6 +21,15 @@
 namespace {
 
 void Debug(const CString& text) { OutputDebugStringW(text); }
+
+// Milliseconds since the system created this process: loading the program and its DLLs.
+double SinceProcessCreation() {
+  FILETIME created, exited, kernel, user, now;
+  if (!GetProcessTimes(GetCurrentProcess(), &created, &exited, &kernel, &user)) return 0;
+  GetSystemTimeAsFileTime(&now);
+  auto ticks = [](const FILETIME& t) { return (static_cast<ULONGLONG>(t.dwHighDateTime) << 32) | t.dwLowDateTime; };
+  return ticks(now) > ticks(created) ? static_cast<double>(ticks(now) - ticks(created)) / 10000.0 : 0;
+}
 
 std::vector<CString> Tokens(const wchar_t* commandLine) {
   std::vector<CString> tokens;
@@ -38,8 +48,11 @@ std::vector<CString> Tokens(const wchar_t* commandLine) {
 CStartApp::CStartApp() : m_reserved(1) {}
 
 BOOL CStartApp::InitInstance() {
+  CStartProfile profile;
+  profile.Add(L"program loaded", SinceProcessCreation());
   // 1. one launcher at a time; a second one leaves without a word
   if (!CreateNamedEventOnce(kStartRunningEvent)) return FALSE;
+  profile.Mark(L"event");
   // 2-4. the command line
   if (g_ITrace)
     g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmdLineString is %s", m_lpCmdLine ? m_lpCmdLine : L"");
@@ -55,24 +68,30 @@ BOOL CStartApp::InitInstance() {
     source = CPathTool::GetUpdateFolder(false);
     if (IsEmptyMarkerFile(source + L"SilentFlag")) CPathTool::UpdateSourceFolder = source;
   }
+  profile.Mark(L"command line and update folder");
   // 6. stale shared data, unless "up" names the launcher's own folder
   if (CPathTool::GetLauncherFolder().CompareNoCase(source) != 0) CPathTool::CleanSharedFolders();
+  profile.Mark(L"shared data clean-up");
   // 7-8. strings and global state
   CMutiLanSupport* strings = CMutiLanSupport::GetInstance();
   strings->LoadLangSetting();
   // the launcher's own texts (window title, buttons, messages), loaded once for the whole run
   EnsureLauncherStrings(CPathTool::GetLauncherFolder());
+  profile.Mark(L"strings");
   if (!InitGlobalStruct()) {
     ReleaseNamedEvent(kStartRunningEvent);  // nothing modal while the start event is held
     MessageBoxW(nullptr, LauncherText(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT"),
                 LauncherText(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION"), MB_ICONERROR);
     return FALSE;
   }
+  profile.Mark(L"global state");
   // 9. no arguments: straight to the launch decision
   if (!m_lpCmdLine || !*m_lpCmdLine) {
     if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmd string is empty");
     RunLaunchDecision(silent, m_nCmdShow);
+    profile.Mark(L"launch");
     ReleaseNamedEvent(kStartRunningEvent);
+    profile.Report();
     return FALSE;
   }
   // 10. with arguments the running clients come first: the window must exist before they
@@ -81,12 +100,14 @@ BOOL CStartApp::InitInstance() {
   m_pForm->SetFinalMessageHook([this] { OnFormFinalMessage(); });
   m_pForm->Create(nullptr, std::wstring(LauncherText(L"STRID_SELECTED_USER_FORM_TITLE").GetString()),
                   0x00CE0000, 0, true);
+  profile.Mark(L"window");
   m_pForm->RefreshRunningClients();
+  profile.Mark(L"asking the clients");
   int userType = m_pForm->GetUserType();
   if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance usertype is %d", userType);
   const CString request(m_lpCmdLine);
   // Nobody can be asked without the window's skin: then it goes on as when no client runs.
-  if (userType == 3 && !m_pForm->HasSkin()) userType = 1;
+  if (userType == 3 && !m_pForm->BuildSkin()) userType = 1;
   switch (userType) {
     case 2:
       m_pForm->ForwardToSingleClient(request);
@@ -99,6 +120,8 @@ BOOL CStartApp::InitInstance() {
       SetForegroundWindow(form);
       BringWindowToTop(form);
       ReleaseNamedEvent(kStartRunningEvent);
+      profile.Mark(L"showing the window");
+      profile.Report();
       return TRUE;  // the window drives the process now, through Run
     }
     case 4:
@@ -108,7 +131,9 @@ BOOL CStartApp::InitInstance() {
       RunLaunchDecision(silent, m_nCmdShow);
       break;
   }
+  profile.Mark(userType == 2 || userType == 4 ? L"forward" : L"launch");
   ReleaseNamedEvent(kStartRunningEvent);
+  profile.Report();
   return FALSE;
 }
 

@@ -37,8 +37,10 @@ class CStartHideWindowForm : public mivo::duilib::WindowImplBase, public LoginUs
   // Nickname replies first, then the framework.
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
-  // Whether the skin was read: without it the window exists (for the replies) but shows nothing.
-  bool HasSkin() const { return m_hasSkin; }
+  // Builds the window's skin the first time it is asked (the window itself exists from Create,
+  // for the replies, and a start that only forwards never needs more); whether it could be
+  // read. Without it the window shows nothing.
+  bool BuildSkin();
   // Keeps the request text and fills the list with the running clients, selecting the last user.
   void PrepareUserList(const CString& text);
   bool OnOkClick(mivo::duilib::EventArgs* args);
@@ -62,6 +64,7 @@ class CStartHideWindowForm : public mivo::duilib::WindowImplBase, public LoginUs
   std::shared_ptr<LoginUserList> m_userList;
   std::vector<LoginUserItem> m_items;
   bool m_hasSkin = false;
+  bool m_skinTried = false;
   HWND m_createdHwnd = nullptr;  // for the trace line, after the window is gone
   std::function<void()> m_finalHook;
 };

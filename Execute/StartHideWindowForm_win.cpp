@@ -49,15 +49,22 @@ LRESULT CStartHideWindowForm::HandleMessage(UINT message, WPARAM wParam, LPARAM 
   return WindowImplBase::HandleMessage(message, wParam, lParam);
 }
 
-LRESULT CStartHideWindowForm::OnCreate(UINT message, WPARAM wParam, LPARAM lParam, bool& handled) {
-  // The window must exist even without its skin: running clients answer to it.
+LRESULT CStartHideWindowForm::OnCreate(UINT, WPARAM, LPARAM, bool& handled) {
+  // The window exists for the replies of running clients; its skin waits for BuildSkin.
   m_createdHwnd = GetHWND();
-  m_hasSkin = WindowImplBase::OnCreate(message, wParam, lParam, handled) != -1;
+  handled = true;
+  return 0;
+}
+
+bool CStartHideWindowForm::BuildSkin() {
+  if (m_skinTried) return m_hasSkin;
+  m_skinTried = true;
+  bool handled = false;
+  m_hasSkin = WindowImplBase::OnCreate(WM_CREATE, 0, 0, handled) != -1;
   if (!m_hasSkin && g_ITrace)
     g_ITrace->Trace(3, true, L"CStartHideWindowForm skin %s%s\\%s missing or unreadable", GlobalManager::GetResourcePath().c_str(),
                     GetSkinFolder().c_str(), GetSkinFile().c_str());
-  handled = true;
-  return 0;
+  return m_hasSkin;
 }
 
 void CStartHideWindowForm::InitWindow() {

@@ -147,4 +147,13 @@ TEST_F(PathToolFixture, Win7PassCoversTheUpdateFoldersAndEmptiesTheVirtualStore)
   CPathTool::EmptyFolderTree(shared);
 }
 
+TEST_F(PathToolFixture, CleanUpDoesNotWaitForAFolderAlreadyGone) {
+  CString shared = CPathTool::GetSharedDataFolder();
+  std::ofstream(TempDir::ToNative(shared + L"stale.dat")) << "x";
+  CPathTool::CleanSharedFolders();  // gone at once: no wait, no administrator
+  EXPECT_FALSE(mivo::common::IsFolderExist(shared));
+  EXPECT_EQ(slept, 0);
+  EXPECT_TRUE(calls.empty());
+}
+
 }  // namespace
