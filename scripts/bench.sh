@@ -17,9 +17,18 @@ say "==== set-up"
 scripts/setup.sh >>"$log" 2>&1 || { say "set-up failed: $log"; exit 1; }
 
 # name | preset | targets | command (run from the source folder)
+wine_run="scripts/wine-run.sh $here/build/windows/wineprefix build/windows/bench/wine"
 benches=(
-  "pattern|native-release|pattern_bench|build/native-release/bench/pattern_bench '--benchmark_filter=BM_(CPatternMatcher|Hyperscan)/1000/'"
   "launch|windows|MivoStart e2e_fake_client e2e_fake_update_exec e2e_fake_shell e2e_running_client e2e_plain_start e2e_plain_forward|bench/launch_bench.sh 11"
+  "layout|native-release|layout_bench|build/native-release/bench/layout_bench"
+  "trace|native-release|trace_bench|build/native-release/bench/trace_bench"
+  "trace-wine|windows|trace_wine_bench|$wine_run/trace_wine_bench.exe"
+  "timer|native-release|timer_bench|build/native-release/bench/timer_bench"
+  "delete|native-release|delete_bench|build/native-release/bench/delete_bench"
+  "delete-wine|windows|delete_wine_bench|$wine_run/delete_wine_bench.exe"
+  "conversion|native-release|conversion_bench|build/native-release/bench/conversion_bench"
+  "conversion-wine|windows|conversion_wine_bench|$wine_run/conversion_wine_bench.exe"
+  "pattern|native-release|pattern_bench|build/native-release/bench/pattern_bench '--benchmark_filter=BM_(CPatternMatcher|Hyperscan)/1000/'"
 )
 
 wanted=()
@@ -48,7 +57,7 @@ for entry in "${wanted[@]}"; do
   IFS='|' read -r name preset _ command <<<"$entry"
   say "==== run $name"
   start=$(date +%s)
-  out=$(taskset -c 1 bash -c "$command" 2>>"$log" | tee -a "$log")
+  out=$(set -o pipefail; taskset -c 1 bash -c "$command" 2>>"$log" | sed 's/\x1b\[[0-9;]*m//g' | tee -a "$log")
   status=$?
   got=$(printf '%s\n' "$out" | grep '^ROW|' || true)
   if [ $status -ne 0 ] || [ -z "$got" ]; then
