@@ -2,11 +2,15 @@
 #include <windows.h>
 #include <shlobj.h>
 
+#include <map>
+#include <mutex>
+
 #include "common/AppPath.h"
 
 namespace mivo::common::detail {
+namespace {
 
-int GetShellFolder(int csidl, CString& folder) {
+int AskTheShell(int csidl, CString& folder) {
   IMalloc* allocator = nullptr;
   if (FAILED(SHGetMalloc(&allocator)) || !allocator) return -1;
   LPITEMIDLIST items = nullptr;
@@ -21,6 +25,29 @@ int GetShellFolder(int csidl, CString& folder) {
   }
   allocator->Release();
   return found;
+}
+
+}  // namespace
+
+// A special folder's place does not move while a process runs, and asking the shell costs
+// milliseconds (registry reads) at every call: each folder found is asked once per process.
+int GetShellFolder(int csidl, CString& folder) {
+  static std::mutex lock;
+  static std::map<int, CString> found;
+  {
+    std::lock_guard<std::mutex> hold(lock);
+    auto it = found.find(csidl);
+    if (it != found.end()) {
+      folder = it->second;
+      return 1;
+    }
+  }
+  int result = AskTheShell(csidl, folder);
+  if (result > 0) {
+    std::lock_guard<std::mutex> hold(lock);
+    found.emplace(csidl, folder);
+  }
+  return result;
 }
 
 bool IsVistaOrLater() {
