@@ -1,3 +1,4 @@
+// Running clients as the system shows them: windows found by class, their texts, WM_COPYDATA with a time limit.
 #include "Execute/ClientWindows.h"
 
 #include <windows.h>

@@ -1,3 +1,4 @@
+// The launcher's named events, created and held through this process's own table of handles.
 #include <windows.h>
 
 #include <map>

@@ -1,3 +1,4 @@
+// Starts the path rules' helper commands (cacls, an elevated "rd") hidden through the shell.
 #include <windows.h>
 #include <shellapi.h>
 

@@ -1,3 +1,4 @@
+// The system's open/save and folder dialogs behind the library's dialog functions.
 #include <windows.h>
 #include <commdlg.h>
 #include <shlobj.h>

@@ -1,3 +1,4 @@
+// Without a desktop, an information box is written to standard error.
 #include <cstdio>
 
 #include "common/Conversion.h"

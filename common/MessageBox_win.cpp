@@ -1,3 +1,4 @@
+// An information box is the system's message box.
 #include <windows.h>
 
 #include "common/MessageBox.h"

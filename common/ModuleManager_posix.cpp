@@ -1,3 +1,4 @@
+// Loads a module as a shared object and finds its functions, for the module manager.
 #include <dlfcn.h>
 
 #include "common/ModuleManager.h"

@@ -1,3 +1,4 @@
+// Loads a module DLL (its dependencies beside it) and finds its exported functions, for the module manager.
 #include <windows.h>
 
 #include "common/ModuleManager.h"

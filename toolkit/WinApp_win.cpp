@@ -1,3 +1,4 @@
+// The application object's message loop on the system's message queue.
 #include "toolkit/WinApp.h"
 
 namespace {
