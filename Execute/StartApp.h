@@ -17,8 +17,8 @@ class CStartApp : public CWinApp {
 
  private:
   void OnFormFinalMessage();
-  int m_reserved;  // set to 1 and never read, as it always was
-  // The login-user window, made in step 10 when there is a request to hand over.
+  int m_reserved;  // 1 from construction; nothing reads it
+  // The login-user window, made when there is a request to hand over to a running client.
   std::unique_ptr<CStartHideWindowForm> m_pForm;
 };
 

@@ -5,7 +5,6 @@ namespace mivo::common {
 CString ReparsePath(const CString& path) {
   CString s(path);
   s.Replace(L'/', L'\\');
-  s.Replace(L"//", L"\\");  // finds nothing after the first step; kept as it always was
   s.Replace(L"\\\\", L"\\");
   if (s.GetLength() >= 1 && s[0] == L'\\' && (s.GetLength() < 2 || s[1] != L'\\')) s.Insert(0, L'\\');
   return s;
