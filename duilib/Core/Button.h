@@ -17,12 +17,16 @@ class ButtonTemplate : public LabelTemplate<InheritType> {
   using Base::Base;
 
   bool WantsClicks() const override { return true; }
+  // Space and Enter press the focused button.
+  bool WantsKey(uint32_t vk) const override { return vk == kVkSpace || vk == kVkReturn; }
 
   // A button-up over the button after a button-down on it is a click. Letting go elsewhere
-  // is how a user takes a press back, so that is no click.
+  // is how a user takes a press back, so that is no click. A key it wants is a click too.
   void HandleEvent(EventArgs& args) override {
-    const bool clicked = args.Type == kEventMouseButtonUp && this->IsPressed() && this->IsEnabled() &&
-                         this->IsMouseEnabled() && this->GetPos().Contains(args.ptMouse);
+    const bool clicked = (args.Type == kEventMouseButtonUp && this->IsPressed() && this->IsEnabled() &&
+                          this->IsMouseEnabled() && this->GetPos().Contains(args.ptMouse)) ||
+                         (args.Type == kEventKeyDown && WantsKey(static_cast<uint32_t>(args.wParam)) &&
+                          this->IsEnabled() && this->IsKeyboardEnabled());
     std::weak_ptr<nbase::WeakFlag> alive = this->GetWeakFlag();
     Base::HandleEvent(args);
     if (clicked && !alive.expired()) Activate(args.ptMouse);

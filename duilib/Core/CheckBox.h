@@ -52,6 +52,9 @@ class CheckBoxTemplate : public ButtonTemplate<InheritType>, public Selectable {
     }
   }
 
+  // Space turns it over; Enter keeps its window-wide meaning (the default button).
+  bool WantsKey(uint32_t vk) const override { return vk == kVkSpace; }
+
   bool IsSelected() const override { return m_selected; }
   // With `triggerEvent` the select-changed callbacks hear of a change, then the kEventSelect or
   // kEventUnSelect handlers.

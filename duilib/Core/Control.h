@@ -121,6 +121,14 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   // The control that takes the mouse at the point: this one or null (boxes look inside).
   virtual Control* FindControlAt(UiPoint pt);
   bool IsFocused() const { return m_focused; }
+  // Whether a control of this kind takes the keyboard focus: what the user clicks does.
+  virtual bool IsFocusable() const { return WantsClicks(); }
+  // Focusable, and now able to take it: shown with all its boxes, enabled, open to the
+  // keyboard and not "nofocus".
+  bool CanTakeFocus() const;
+  // Whether the control acts on the key itself while it has the focus (kEventKeyDown); the
+  // window gives other keys their window-wide meaning.
+  virtual bool WantsKey(uint32_t vk) const { return false; }
   // A control the user clicks: buttons, and any control with click handlers. A window's
   // caption does not drag the window through it.
   virtual bool WantsClicks() const { return HasEvent(kEventClick); }

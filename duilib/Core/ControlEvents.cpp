@@ -1,6 +1,7 @@
 // Control: attached handlers, the reaction to input and hit testing.
 #include <memory>
 
+#include "duilib/Core/Box.h"
 #include "duilib/Core/Control.h"
 
 namespace mivo::duilib {
@@ -88,6 +89,13 @@ void Control::HandleEvent(EventArgs& args) {
       break;
   }
   SendEvent(args);
+}
+
+bool Control::CanTakeFocus() const {
+  if (!IsFocusable() || m_noFocus || !m_enabled || !m_keyboardEnabled || !IsVisible()) return false;
+  for (const Box* up = GetParent(); up; up = up->GetParent())
+    if (!up->IsVisible()) return false;
+  return true;
 }
 
 bool Control::HitTest(UiPoint pt) const { return IsVisible() && m_mouseEnabled && GetPos().Contains(pt); }

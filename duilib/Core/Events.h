@@ -39,6 +39,18 @@ struct EventArgs {
   int64_t lParam = 0;
 };
 
+// Virtual-key codes the framework acts on, as Windows numbers them (wParam of kEventKeyDown).
+constexpr uint32_t kVkTab = 0x09;
+constexpr uint32_t kVkReturn = 0x0D;
+constexpr uint32_t kVkEscape = 0x1B;
+constexpr uint32_t kVkSpace = 0x20;
+constexpr uint32_t kVkPageUp = 0x21;
+constexpr uint32_t kVkPageDown = 0x22;
+constexpr uint32_t kVkEnd = 0x23;
+constexpr uint32_t kVkHome = 0x24;
+constexpr uint32_t kVkUp = 0x26;
+constexpr uint32_t kVkDown = 0x28;
+
 // A handler returns false to keep the handlers attached after it from hearing the event.
 using EventCallback = std::function<bool(EventArgs*)>;
 

@@ -1,5 +1,6 @@
 #include "duilib/Core/ListBox.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace mivo::duilib {
@@ -34,6 +35,75 @@ void ListContainerElement::Activate(UiPoint ptMouse) {
   std::weak_ptr<nbase::WeakFlag> alive = GetWeakFlag();
   Selected(true, true);
   if (!alive.expired()) ButtonTemplate<Box>::Activate(ptMouse);
+}
+
+bool ListBox::WantsKey(uint32_t vk) const {
+  switch (vk) {
+    case kVkUp:
+    case kVkDown:
+    case kVkHome:
+    case kVkEnd:
+    case kVkPageUp:
+    case kVkPageDown:
+      return true;
+    default:
+      return false;
+  }
+}
+
+int ListBox::KeyTarget(uint32_t vk, int current, int count, int page) {
+  if (count <= 0) return -1;
+  if (current < 0 || current >= count) return vk == kVkEnd ? count - 1 : 0;  // the first key lands in the list
+  page = std::max(page, 1);
+  int target = current;
+  switch (vk) {
+    case kVkUp:
+      target = current - 1;
+      break;
+    case kVkDown:
+      target = current + 1;
+      break;
+    case kVkHome:
+      target = 0;
+      break;
+    case kVkEnd:
+      target = count - 1;
+      break;
+    case kVkPageUp:
+      target = current - page;
+      break;
+    case kVkPageDown:
+      target = current + page;
+      break;
+    default:
+      break;
+  }
+  return std::clamp(target, 0, count - 1);
+}
+
+int ListBox::RowsPerPage() const {
+  const int height = GetPos().GetHeight();
+  int rows = 0, used = 0;
+  for (Control* item : GetItems()) {
+    if (!item->IsVisible()) continue;
+    const int row = item->GetPos().GetHeight();
+    if (row <= 0 || used + row > height) break;
+    used += row;
+    ++rows;
+  }
+  return std::max(rows, 1);
+}
+
+void ListBox::HandleEvent(EventArgs& args) {
+  if (args.Type == kEventKeyDown && WantsKey(static_cast<uint32_t>(args.wParam)) && IsEnabled() &&
+      IsKeyboardEnabled()) {
+    const int target =
+        KeyTarget(static_cast<uint32_t>(args.wParam), GetCurSel(), static_cast<int>(GetCount()), RowsPerPage());
+    std::weak_ptr<nbase::WeakFlag> alive = GetWeakFlag();
+    if (target >= 0) SelectItem(target, true);
+    if (alive.expired()) return;
+  }
+  VBox::HandleEvent(args);
 }
 
 int ListBox::GetCurSel() const {

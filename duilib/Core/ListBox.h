@@ -24,6 +24,8 @@ class MIVO_COMMON_API ListContainerElement : public CheckBoxTemplate<Box> {
 
   // In a list, selecting goes through the list, which deselects the row selected before.
   void Selected(bool selected, bool triggerEvent) override;
+  // The list takes the focus for its rows.
+  bool IsFocusable() const override { return false; }
   // A selected row that joins a list wins over the one selected there, silently, as the skin
   // is still being built.
   void SetWindow(Window* window, Box* parent) override;
@@ -39,6 +41,17 @@ class MIVO_COMMON_API ListContainerElement : public CheckBoxTemplate<Box> {
 
 class MIVO_COMMON_API ListBox : public VBox {
  public:
+  // The list takes the focus as a whole; the arrow keys, Home, End, Page Up and Page Down
+  // move its selection.
+  bool IsFocusable() const override { return true; }
+  bool WantsKey(uint32_t vk) const override;
+  void HandleEvent(EventArgs& args) override;
+  // The row a key moves the selection to, from `current` (-1: none) among `count` rows of
+  // which `page` fit in the list; -1 when there is none, `current` for a key that does not move.
+  static int KeyTarget(uint32_t vk, int current, int count, int page);
+  // How many rows fit in the list's height (at least 1), measured by the rows' own heights.
+  int RowsPerPage() const;
+
   // The index of the selected row, or -1.
   int GetCurSel() const;
   // Selects the row at `index` and deselects the one selected before; with `triggerEvent` both

@@ -118,6 +118,7 @@ void Window::Paint(IRenderContext& render) {
   if (!m_root || !m_root->IsVisible()) return;
   if (render.PushClip(m_root->GetPos())) m_root->Paint(render);
   render.PopClip();
+  PaintFocusMark(render);
 }
 
 UiRect Window::CenterRect(const UiRect& window, const UiRect& around, const UiRect& workArea) {

@@ -4,6 +4,7 @@
 // the controls hear it (the hot and the pushed control), what needs repainting, and the
 // skin's attributes for the window itself. On Windows the same object is the Win32 window
 // that shows the tree (Window_win.cpp).
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -86,6 +87,23 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   Control* GetHotControl() const { return Live(m_hot); }
   Control* GetPushedControl() const { return Live(m_pushed); }
 
+  // The keyboard. At most one control has the focus: it hears kEventSetFocus when it gets it
+  // and kEventKillFocus when it loses it, and the keys it wants (Control::WantsKey). A button
+  // press gives the focus to the control pressed, or to the nearest box above it that takes
+  // it. Null once the control is gone or no longer in this window.
+  Control* GetFocus() const { return Live(m_focus); }
+  // Null takes the focus away; false (nothing changed) for a control that cannot take it.
+  bool SetFocus(Control* control);
+  // The tab order is the skin's order (depth first, boxes before their children): the next
+  // control after `from` that can take the focus, round to the start; the first one (the
+  // last going back) when `from` is null or not in the tree. Null when none can.
+  Control* NextFocusable(const Control* from, bool forward) const;
+  // A key pressed: Tab and Shift+Tab move the focus along the tab order; a key the focused
+  // control wants goes to it; otherwise Enter presses the control the skin names
+  // "defaultbutton" and Escape the one it names "cancelbutton". Handlers may delete controls
+  // or the window.
+  void HandleKeyDown(uint32_t vk, bool shift);
+
   // Controls ask for a repaint of their rectangle. This keeps the union of what was asked
   // since the last paint; the Win32 window passes it on to InvalidateRect as well. The two
   // questions lay out what waits first, as that may move controls.
@@ -145,6 +163,8 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   Control* Live(const Tracked& tracked) const;
   Control* ControlAt(UiPoint pt) const;
   void SetHot(Control* control, UiPoint pt);
+  // Paints the focus mark over the focused control, within the boxes that hold it.
+  void PaintFocusMark(IRenderContext& render);
   // The platform half: passes an invalidation on to the native window, and destroys the
   // native window of a Window that is going away.
   void InvalidateNative(const UiRect& rc);
@@ -165,6 +185,7 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   UiRect m_clientArea;
   Tracked m_hot;
   Tracked m_pushed;
+  Tracked m_focus;
   bool m_needUpdate = false;
   UiRect m_updateRect;
   bool m_arrangeScheduled = false;  // a box may wait to be laid out

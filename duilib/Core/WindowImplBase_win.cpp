@@ -41,6 +41,8 @@ LRESULT WindowImplBase::OnCreate(UINT, WPARAM, LPARAM, bool& handled) {
   GetClientRect(GetHWND(), &client);
   ArrangeRoot(UiRect{0, 0, client.right, client.bottom});
   InitWindow();
+  // The keyboard starts on the first control of the tab order.
+  if (!GetFocus()) SetFocus(NextFocusable(nullptr, true));
   return 0;
 }
 

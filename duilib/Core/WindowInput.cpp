@@ -69,6 +69,16 @@ void Window::HandleMouseEvent(EventType type, UiPoint pt) {
       SetHot(ControlAt(pt), pt);
       if (alive.expired()) return;
       Control* target = ControlAt(pt);
+      // The press gives the focus to what was pressed, or to the box above it that takes it
+      // for it (a list for its rows).
+      Control* focus = target;
+      while (focus && !focus->CanTakeFocus()) focus = focus->GetParent();
+      if (focus) {
+        const Tracked pressed = Track(target);
+        SetFocus(focus);
+        if (alive.expired()) return;
+        target = Live(pressed);
+      }
       m_pushed = Track(target);
       if (target) Deliver(target, type, pt);
       break;

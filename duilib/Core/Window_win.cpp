@@ -1,5 +1,5 @@
 // Win32 half of the window: the window class and procedure, messages turned into layout,
-// painting and mouse events, and the window's place on the screen.
+// painting, mouse and key events, and the window's place on the screen.
 #include <windows.h>
 #include <windowsx.h>
 
@@ -227,6 +227,13 @@ bool Window::HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
     case WM_CAPTURECHANGED:
       if (reinterpret_cast<HWND>(lParam) != m_hwnd) CancelPress();
       return true;
+    case WM_KEYDOWN:
+      HandleKeyDown(static_cast<uint32_t>(wParam), GetKeyState(VK_SHIFT) < 0);
+      return true;
+    case WM_SETFOCUS:
+      // Back to the window: the focus is where it was, or on the first control that takes it.
+      if (!GetFocus()) SetFocus(NextFocusable(nullptr, true));
+      return false;
     case WM_CLOSE:
       DestroyWindow(m_hwnd);
       return true;

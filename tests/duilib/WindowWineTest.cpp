@@ -14,6 +14,7 @@
 
 #include "WineWindowSupport.h"
 #include "duilib/Core/Box.h"
+#include "duilib/Core/CheckBox.h"
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/WindowBuilder.h"
 #include "duilib/Core/WindowImplBase.h"
@@ -208,6 +209,54 @@ TEST_F(WindowUnderWine, AFormFromItsSkinFolderShowsLaysOutClicksAndCloses) {
   EXPECT_EQ(form.finalHwnd, hwnd);
   EXPECT_FALSE(IsWindow(hwnd));
   EXPECT_EQ(form.GetHWND(), nullptr);
+}
+
+// The keyboard alone: the focus starts on the first control of the tab order (the close
+// button is left out), shows its mark, and keys posted to the window press what they should.
+TEST_F(WindowUnderWine, KeysMoveTheFocusAndPressTheFocusedDefaultAndCancelButtons) {
+  testing_support::Write(dir.NativeOf(L"skins\\default\\form\\keys.xml"), R"(<?xml version="1.0" encoding="utf-8"?>
+<Window size="200,120" defaultbutton="ok" cancelbutton="close" focuscolor="#FFFF00FF">
+  <VBox bkcolor="#FFFFFFFF">
+    <HBox height="40"><Button name="close" width="40" nofocus="true"/></HBox>
+    <CheckBox name="check" height="40"/>
+    <HBox height="40"><Button name="ok" width="100"/><Button name="other"/></HBox>
+  </VBox>
+</Window>)");
+  TestForm form;
+  form.skinFile = L"keys.xml";
+  HWND hwnd = form.Create(nullptr, L"keys", WS_POPUP, 0);
+  ASSERT_NE(hwnd, nullptr);
+  auto* check = dynamic_cast<CheckBox*>(form.FindControl(L"check"));
+  ASSERT_EQ(form.GetFocus(), check);
+  const std::wstring png = ProgramFolder() + L"window_focus.png";
+  ASSERT_TRUE(form.RenderToPng(png));
+  {
+    Picture picture(png);
+    EXPECT_EQ(picture.At(2, 42), 0xFF00FFu) << "the mark's corner, two pixels inside";
+    EXPECT_EQ(picture.At(100, 77), 0xFF00FFu) << "its bottom line";
+    EXPECT_EQ(picture.At(197, 60), 0xFF00FFu) << "its right line";
+    EXPECT_EQ(picture.At(1, 41), 0xFFFFFFu) << "outside the mark";
+    EXPECT_EQ(picture.At(100, 60), 0xFFFFFFu) << "inside the mark";
+  }
+
+  auto key = [&](UINT vk) { PostMessageW(hwnd, WM_KEYDOWN, vk, 1); };
+  key(VK_SPACE);
+  ASSERT_TRUE(PumpUntil([&] { return check->IsSelected(); })) << "Space turns the check box over";
+  key(VK_RETURN);  // Enter is the default button's, even from the check box
+  ASSERT_TRUE(PumpUntil([&] { return form.clicks == 1; }));
+  key(VK_TAB);
+  ASSERT_TRUE(PumpUntil([&] { return form.GetFocus() == form.FindControl(L"ok"); }));
+  ASSERT_TRUE(form.RenderToPng(png));
+  EXPECT_EQ(Picture(png).At(2, 82), 0xFF00FFu) << "the mark moved to the ok button";
+  key(VK_TAB);
+  key(VK_SPACE);  // presses "other", which has no handler
+  ASSERT_TRUE(PumpUntil([&] { return form.GetFocus() == form.FindControl(L"other"); }));
+  key(VK_TAB);
+  ASSERT_TRUE(PumpUntil([&] { return form.GetFocus() == check; })) << "round to the start";
+  EXPECT_EQ(form.clicks, 1);
+  key(VK_ESCAPE);  // the cancel button closes the form
+  ASSERT_TRUE(PumpUntil([&] { return form.finalHwnd != nullptr; }));
+  EXPECT_FALSE(IsWindow(hwnd));
 }
 
 TEST_F(WindowUnderWine, AFormWithoutItsSkinIsNotCreated) {

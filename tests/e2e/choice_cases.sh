@@ -37,6 +37,15 @@ case_a_picked_row_with_remember_is_stored() {
   store_is '{"Choice":1,"LastUser":"bob@qq.com","Users":["alice@gmail.com","bob@qq.com"]}'
 }
 
+# The keyboard alone: the list has the focus when the window opens, Down moves the selection,
+# Tab reaches the check box, Space ticks it and Enter presses the default button (OK).
+case_the_keyboard_alone_picks_remembers_and_sends() {
+  run_with "carol@163.com alice@gmail.com bob@qq.com" "key:down key:tab key:space key:enter"
+  [ "$(lines_of forward:bob@qq.com)" = "$request" ] || fail "forwarded to bob: [$(lines_of forward:bob@qq.com)]"
+  [ "$(forwards)" = 1 ] || fail "expected one forward, got $(forwards)"
+  store_is '{"Choice":1,"LastUser":"bob@qq.com","Users":["alice@gmail.com","bob@qq.com","carol@163.com"]}'
+}
+
 # Without its string table the window speaks the built-in English (run_with checks the title).
 case_cancel_sends_nothing_and_keeps_the_store() {
   run_with "alice@gmail.com bob@qq.com" "row:1 remember cancel" \

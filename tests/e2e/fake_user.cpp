@@ -4,12 +4,15 @@
 //   row:N     the N-th account row (0 first)
 //   remember  the "remember my choice" check box
 //   ok, cancel, close   the buttons
+//   key:NAME  a key pressed on the window (tab, up, down, home,
+//             end, pgup, pgdn, space, enter, esc), with no mouse at all
 // The positions follow the default skin's layout (a 340x300 client area).
 #include <windows.h>
 // after windows.h, which it needs
 #include <shellapi.h>
 
 #include <string>
+#include <utility>
 
 #include "record.h"
 
@@ -24,6 +27,23 @@ POINT Where(const std::wstring& step) {
   if (step == L"cancel") return POINT{288, 268};
   if (step == L"close") return POINT{322, 17};
   return POINT{-1, -1};
+}
+
+// The virtual key a "key:" step names, or 0.
+UINT KeyOf(const std::wstring& name) {
+  const std::pair<const wchar_t*, UINT> keys[] = {
+      {L"tab", VK_TAB},    {L"up", VK_UP},     {L"down", VK_DOWN},   {L"home", VK_HOME},    {L"end", VK_END},
+      {L"pgup", VK_PRIOR}, {L"pgdn", VK_NEXT}, {L"space", VK_SPACE}, {L"enter", VK_RETURN}, {L"esc", VK_ESCAPE},
+  };
+  for (const auto& [key, vk] : keys)
+    if (name == key) return vk;
+  return 0;
+}
+
+void Press(HWND form, UINT vk) {
+  PostMessageW(form, WM_KEYDOWN, vk, 1);
+  PostMessageW(form, WM_KEYUP, vk, 0xC0000001);
+  Sleep(150);
 }
 
 void Click(HWND form, POINT at) {
@@ -60,7 +80,15 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
                                               std::to_string(client.bottom));
   Sleep(300);  // the window paints and settles
   for (int i = 1; i < argc; ++i) {
-    POINT at = Where(argv[i]);
+    const std::wstring step = argv[i];
+    if (step.rfind(L"key:", 0) == 0) {
+      const UINT vk = KeyOf(step.substr(4));
+      if (!vk) return 3;
+      Press(form, vk);
+      mivo_e2e::RecordText("user-pressed", mivo_e2e::Utf8(argv[i]));
+      continue;
+    }
+    POINT at = Where(step);
     if (at.x < 0) return 3;
     Click(form, at);
     mivo_e2e::RecordText("user-clicked", mivo_e2e::Utf8(argv[i]));
