@@ -1,10 +1,16 @@
 #include "duilib/Core/Box.h"
 
 #include <algorithm>
+#include <type_traits>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include "duilib/Core/AttributeValue.h"
+#include "duilib/Core/Button.h"
+#include "duilib/Core/CheckBox.h"
+#include "duilib/Core/Label.h"
+#include "duilib/Core/Option.h"
 #include "duilib/Core/Window.h"
 #include "duilib/Render/IRender.h"
 
@@ -45,6 +51,29 @@ int Box::SubtreeHeight(const Box* top, int limit) {
   return height;
 }
 
+namespace {
+
+// Classes that keep PlaceHolder's IsVisible, EstimateSize, SetPos and Invalidate: for their
+// objects a layout may do what those would do without calling them. Adding an override of
+// one of them to a class listed here stops the build.
+template <class T>
+constexpr bool kKeepsPlaceHolderLayout = std::is_same_v<decltype(&T::IsVisible), bool (PlaceHolder::*)() const> &&
+                                         std::is_same_v<decltype(&T::EstimateSize), UiSize (PlaceHolder::*)(UiSize)> &&
+                                         std::is_same_v<decltype(&T::SetPos), void (PlaceHolder::*)(UiRect)> &&
+                                         std::is_same_v<decltype(&T::Invalidate), void (PlaceHolder::*)()>;
+
+template <class... T>
+bool IsOneOf(const std::type_info& type) {
+  static_assert((kKeepsPlaceHolderLayout<T> && ...), "a class listed overrides part of the layout's interface");
+  return ((type == typeid(T)) || ...);
+}
+
+bool KeepsPlaceHolderLayout(const Control& control) {
+  return IsOneOf<Control, Label, Button, CheckBox, Option>(typeid(control));
+}
+
+}  // namespace
+
 bool Box::Add(Control* child) { return AddAt(child, m_items.size()); }
 
 bool Box::AddAt(Control* child, size_t index) {
@@ -58,6 +87,8 @@ bool Box::AddAt(Control* child, size_t index) {
   const int height = childBox ? SubtreeHeight(childBox, kMaxTreeDepth) : 1;
   if (depth + height > kMaxTreeDepth) return false;
   m_items.insert(m_items.begin() + static_cast<std::ptrdiff_t>(index), child);
+  m_records.insert(m_records.begin() + static_cast<std::ptrdiff_t>(index), child->m_geo);
+  child->m_geo->plain = KeepsPlaceHolderLayout(*child);
   child->SetWindow(GetWindow(), this);
   // A subtree that still waits to be laid out must be found from above.
   if (childBox && (childBox->m_needsArrange || childBox->m_pendingBelow)) MarkPendingBelow();
@@ -68,6 +99,7 @@ bool Box::AddAt(Control* child, size_t index) {
 bool Box::Remove(Control* child) {
   auto found = std::find(m_items.begin(), m_items.end(), child);
   if (found == m_items.end()) return false;
+  m_records.erase(m_records.begin() + (found - m_items.begin()));
   m_items.erase(found);
   delete child;
   Arrange();
@@ -77,6 +109,7 @@ bool Box::Remove(Control* child) {
 void Box::RemoveAll() {
   std::vector<Control*> items;
   items.swap(m_items);
+  m_records.clear();
   for (Control* child : items) delete child;
   Arrange();
 }
@@ -94,7 +127,7 @@ Control* Box::FindSubControl(const std::wstring& name) {
 
 Control* Box::FindControlAt(UiPoint pt) {
   ArrangeNow();
-  if (!IsVisible() || !m_pos.Contains(pt)) return nullptr;
+  if (!IsVisible() || !m_geo->pos.Contains(pt)) return nullptr;
   if (m_mouseChild) {
     for (bool floating : {true, false}) {
       for (auto it = m_items.rbegin(); it != m_items.rend(); ++it) {
@@ -161,14 +194,14 @@ void Box::ArrangeTopmostAbove(const PlaceHolder* control) {
     // SetPos clears the mark; a box its parent skipped (hidden, or refused by its placement
     // predicate) is laid out in the rectangle it has, as when it was marked.
     topmost->m_needsArrange = false;
-    topmost->SetPos(topmost->m_pos);
+    topmost->SetPos(topmost->m_geo->pos);
   }
 }
 
 void Box::ArrangeWaitingBelow() {
   if (m_needsArrange) {
     m_needsArrange = false;
-    SetPos(m_pos);
+    SetPos(m_geo->pos);
   }
   if (!m_pendingBelow) return;
   m_pendingBelow = false;
@@ -184,7 +217,7 @@ void Box::Paint(IRenderContext& render) {
   for (bool floating : {false, true}) {
     for (Control* child : m_items) {
       if (!child->IsVisible() || child->IsFloat() != floating) continue;
-      if (render.PushClip(child->m_pos)) child->Paint(render);
+      if (render.PushClip(child->m_geo->pos)) child->Paint(render);
       render.PopClip();
     }
   }

@@ -68,6 +68,7 @@ class MIVO_COMMON_API Box : public Control {
 
  private:
   friend class PlaceHolder;
+  friend class Layout;
 
   static Box* AsBox(PlaceHolder* control) { return control->m_isBox ? static_cast<Box*>(control) : nullptr; }
   // How many controls the subtree of `top` holds on its longest path, counted without
@@ -86,6 +87,7 @@ class MIVO_COMMON_API Box : public Control {
 
   std::unique_ptr<Layout> m_layout;
   std::vector<Control*> m_items;
+  std::vector<LayoutRecord*> m_records;  // the children's, in the same order
   bool m_mouseChild = true;
 };
 

@@ -92,6 +92,13 @@ struct Axis {
   int Align(const Control* c) const {
     return vertical ? static_cast<int>(c->GetHorAlignType()) : static_cast<int>(c->GetVerAlignType());
   }
+  int MinAlong(const LayoutRecord& r) const { return vertical ? r.minHeight : r.minWidth; }
+  int MaxAlong(const LayoutRecord& r) const { return vertical ? r.maxHeight : r.maxWidth; }
+  int MinAcross(const LayoutRecord& r) const { return vertical ? r.minWidth : r.minHeight; }
+  int MaxAcross(const LayoutRecord& r) const { return vertical ? r.maxWidth : r.maxHeight; }
+  int Align(const LayoutRecord& r) const {
+    return vertical ? static_cast<int>(r.horAlign) : static_cast<int>(r.verAlign);
+  }
   UiRect Rect(int from, int to, int crossFrom, int crossTo) const {
     return vertical ? UiRect{crossFrom, from, crossTo, to} : UiRect{from, crossFrom, to, crossTo};
   }
@@ -118,24 +125,53 @@ UiSize StackMeasure(const Axis<kVertical>& axis, const std::vector<Control*>& it
   return total;
 }
 
+// With `records` (the box's own children, laid out by the box), a child whose class keeps
+// PlaceHolder's layout interface is read and placed through its record, doing exactly what
+// IsVisible, EstimateSize (its fixed size, whatever the space) and SetPos would; the others,
+// and every child without records, through their virtual operations.
 template <bool kVertical>
-UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& items, UiRect rc, int childMargin) {
+UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& items,
+                    const std::vector<LayoutRecord*>* records, UiRect rc, int childMargin) {
   const UiSize space{rc.GetWidth(), rc.GetHeight()};
   const int length = axis.Along(space), breadth = axis.Across(space);
+  const size_t n = items.size();
+  auto plain = [records, n](size_t i) -> LayoutRecord* {
+    if (!records) return nullptr;
+#if defined(__GNUC__)
+    if (i + kPrefetchAhead < n) __builtin_prefetch((*records)[i + kPrefetchAhead]);
+#endif
+    LayoutRecord* record = (*records)[i];
+    return record->plain ? record : nullptr;
+  };
   // First pass: what the fixed children and the margins take, and how many stretch.
   int count = 0, stretches = 0, fixed = 0;
-  for (size_t i = 0; i < items.size(); ++i) {
-    PrefetchChild(items, i);
-    Control* child = items[i];
-    if (!TakesPart(child)) continue;
-    const UiRect& m = child->GetMargin();
-    int estimate = axis.Along(child->EstimateSize(space));
+  bool allPlain = records != nullptr;  // then the second pass needs no control at all
+  for (size_t i = 0; i < n; ++i) {
+    const UiRect* m;
+    int estimate, minimum, maximum;
+    if (const LayoutRecord* r = plain(i)) {
+      if (axis.vertical && r->hasPredicate) allPlain = false;
+      if (!r->visible || r->isFloat) continue;
+      m = &r->margin;
+      estimate = axis.Along(UiSize{r->fixedWidth, r->fixedHeight});
+      minimum = axis.MinAlong(*r);
+      maximum = axis.MaxAlong(*r);
+    } else {
+      allPlain = false;
+      if (!records) PrefetchChild(items, i);
+      Control* child = items[i];
+      if (!TakesPart(child)) continue;
+      m = &child->GetMargin();
+      estimate = axis.Along(child->EstimateSize(space));
+      minimum = axis.MinAlong(child);
+      maximum = axis.MaxAlong(child);
+    }
     ++count;
-    fixed += axis.Before(m) + axis.After(m);
+    fixed += axis.Before(*m) + axis.After(*m);
     if (estimate == DUI_LENGTH_STRETCH)
       ++stretches;
     else
-      fixed += ClampAlong(estimate, axis.MinAlong(child), axis.MaxAlong(child));
+      fixed += ClampAlong(estimate, minimum, maximum);
   }
   fixed += childMargin * (count - 1);
   int per = 0;
@@ -144,32 +180,96 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
 
   // Second pass: place them one after another.
   int at = axis.Start(rc), used = 0, widest = 0, remaining = length;
-  for (size_t i = 0; i < items.size(); ++i) {
-    PrefetchChild(items, i);
-    Control* child = items[i];
-    if (!child->IsVisible()) continue;
-    if (child->IsFloat()) {
-      Layout::SetFloatPos(child, rc);
-      continue;
+  if (allPlain) {
+    for (size_t i = 0; i < n; ++i) {
+#if defined(__GNUC__)
+      if (i + kPrefetchAhead < n) __builtin_prefetch((*records)[i + kPrefetchAhead]);
+#endif
+      LayoutRecord& r = *(*records)[i];
+      if (!r.visible) continue;
+      if (r.isFloat) {
+        Layout::SetFloatPos(items[i], rc);
+        continue;
+      }
+      const UiRect& m = r.margin;
+      int along = axis.Along(UiSize{r.fixedWidth, r.fixedHeight});
+      if (along == DUI_LENGTH_STRETCH) {
+        along = per;
+        if (leftover > 0) ++along, --leftover;
+      }
+      along = ClampAlong(along, axis.MinAlong(r), axis.MaxAlong(r));
+      const int across = CrossSize(axis.Across(UiSize{r.fixedWidth, r.fixedHeight}), breadth, axis.CrossBefore(m),
+                                   axis.CrossAfter(m), axis.MinAcross(r), axis.MaxAcross(r));
+      int crossFrom = 0, crossTo = 0;
+      CrossPlace(axis.Align(r), axis.CrossStart(rc), axis.CrossEnd(rc), axis.CrossBefore(m), axis.CrossAfter(m), across,
+                 crossFrom, crossTo);
+      const int from = at + axis.Before(m);
+      widest = std::max(widest, crossTo - crossFrom);
+      const UiRect placed = axis.Rect(from, from + along, crossFrom, crossTo);
+      // PlaceHolder::SetPos; nothing above waits, the box laying out is being laid out.
+      if (!r.inWindow) {
+        r.pos = placed;
+      } else if (placed != r.pos) {
+        items[i]->Invalidate();  // where it was and where it goes
+        r.pos = placed;
+        items[i]->Invalidate();
+      }
+      at += axis.Before(m) + along + axis.After(m) + childMargin;
+      used += axis.Before(m) + along + axis.After(m);
     }
-    if (axis.vertical && child->GetPlacementPredicate() && !child->GetPlacementPredicate()()) continue;
-    const UiRect& m = child->GetMargin();
+    return axis.Size(used + childMargin * (count - 1), widest);
+  }
+  for (size_t i = 0; i < n; ++i) {
+    LayoutRecord* r = plain(i);
+    if (r && axis.vertical && r->hasPredicate) r = nullptr;  // the predicate is asked below
+    Control* child = r ? nullptr : items[i];
+    if (r) {
+      if (!r->visible) continue;
+      if (r->isFloat) {
+        Layout::SetFloatPos(items[i], rc);
+        continue;
+      }
+    } else {
+      if (!records) PrefetchChild(items, i);
+      if (!child->IsVisible()) continue;
+      if (child->IsFloat()) {
+        Layout::SetFloatPos(child, rc);
+        continue;
+      }
+      if (axis.vertical && child->GetPlacementPredicate() && !child->GetPlacementPredicate()()) continue;
+    }
+    const UiRect& m = r ? r->margin : child->GetMargin();
     remaining -= axis.Before(m);
-    UiSize size = child->EstimateSize(axis.Size(remaining, breadth));
+    const UiSize size = r ? UiSize{r->fixedWidth, r->fixedHeight} : child->EstimateSize(axis.Size(remaining, breadth));
     int along = axis.Along(size);
     if (along == DUI_LENGTH_STRETCH) {
       along = per;
       if (leftover > 0) ++along, --leftover;
     }
-    along = ClampAlong(along, axis.MinAlong(child), axis.MaxAlong(child));
-    int across = CrossSize(axis.Across(size), breadth, axis.CrossBefore(m), axis.CrossAfter(m), axis.MinAcross(child),
-                           axis.MaxAcross(child));
+    along = r ? ClampAlong(along, axis.MinAlong(*r), axis.MaxAlong(*r))
+              : ClampAlong(along, axis.MinAlong(child), axis.MaxAlong(child));
+    int across = r ? CrossSize(axis.Across(size), breadth, axis.CrossBefore(m), axis.CrossAfter(m), axis.MinAcross(*r),
+                               axis.MaxAcross(*r))
+                   : CrossSize(axis.Across(size), breadth, axis.CrossBefore(m), axis.CrossAfter(m),
+                               axis.MinAcross(child), axis.MaxAcross(child));
     int crossFrom = 0, crossTo = 0;
-    CrossPlace(axis.Align(child), axis.CrossStart(rc), axis.CrossEnd(rc), axis.CrossBefore(m), axis.CrossAfter(m),
-               across, crossFrom, crossTo);
+    CrossPlace(r ? axis.Align(*r) : axis.Align(child), axis.CrossStart(rc), axis.CrossEnd(rc), axis.CrossBefore(m),
+               axis.CrossAfter(m), across, crossFrom, crossTo);
     const int from = at + axis.Before(m);
     widest = std::max(widest, crossTo - crossFrom);
-    child->SetPos(axis.Rect(from, from + along, crossFrom, crossTo));
+    const UiRect placed = axis.Rect(from, from + along, crossFrom, crossTo);
+    if (!r) {
+      child->SetPos(placed);
+    } else if (placed != r->pos) {
+      // PlaceHolder::SetPos; nothing above waits, the box laying out is being laid out.
+      if (r->inWindow) {
+        items[i]->Invalidate();  // where it was and where it goes
+        r->pos = placed;
+        items[i]->Invalidate();
+      } else {
+        r->pos = placed;
+      }
+    }
     at += axis.Before(m) + along + axis.After(m) + childMargin;
     used += axis.Before(m) + along + axis.After(m);
     remaining -= along + axis.After(m) + childMargin;
@@ -199,6 +299,15 @@ void Layout::SetPadding(const UiRect& padding) {
 void Layout::SetChildMargin(int margin) {
   m_childMargin = margin;
   if (m_owner) m_owner->Arrange();
+}
+
+const std::vector<LayoutRecord*>* Layout::RecordsFor(const Box* owner, const std::vector<Control*>& items) {
+  if (!owner || &items != &owner->m_items || owner->m_records.size() != items.size()) return nullptr;
+  // Laid out from its own SetPos, nothing from the box up waits; called otherwise while
+  // something does, the children go through SetPos, which lays that out first.
+  for (const Box* up = owner; up; up = up->GetParent())
+    if (up->m_needsArrange) return nullptr;
+  return &owner->m_records;
 }
 
 UiSize Layout::SetFloatPos(Control* child, UiRect container) {
@@ -241,7 +350,7 @@ UiSize VLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize avai
 }
 
 UiSize VLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  return StackArrange(Axis<true>{}, items, rc, m_childMargin);
+  return StackArrange(Axis<true>{}, items, RecordsFor(m_owner, items), rc, m_childMargin);
 }
 
 UiSize HLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize available) {
@@ -249,7 +358,7 @@ UiSize HLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize avai
 }
 
 UiSize HLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  return StackArrange(Axis<false>{}, items, rc, m_childMargin);
+  return StackArrange(Axis<false>{}, items, RecordsFor(m_owner, items), rc, m_childMargin);
 }
 
 }  // namespace mivo::duilib

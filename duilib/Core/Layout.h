@@ -12,6 +12,7 @@ namespace mivo::duilib {
 
 class Box;
 class Control;
+struct LayoutRecord;
 
 class MIVO_COMMON_API Layout {
  public:
@@ -42,6 +43,10 @@ class MIVO_COMMON_API Layout {
   static UiSize SetFloatPos(Control* child, UiRect container);
 
  protected:
+  // The layout records of `items` when they are the owner's own children (the owner lays
+  // them out), else null.
+  static const std::vector<LayoutRecord*>* RecordsFor(const Box* owner, const std::vector<Control*>& items);
+
   Box* m_owner = nullptr;
   UiRect m_padding;
   int m_childMargin = 0;

@@ -1,25 +1,76 @@
 #include "duilib/Core/PlaceHolder.h"
 
+#include <memory>
+#include <mutex>
+#include <vector>
+
 #include "duilib/Core/Box.h"
 #include "duilib/Core/Window.h"
 
 namespace mivo::duilib {
 
+namespace {
+
+// Layout records are handed out in order from chunks that never move, and taken back onto a
+// free list: controls made one after another get neighbouring records. Controls may be made
+// on any thread, hence the lock. The pool lives as long as the process (controls may outlive
+// any static object).
+class RecordPool {
+ public:
+  LayoutRecord* Take() {
+    std::lock_guard<std::mutex> lock(m_lock);
+    if (!m_free.empty()) {
+      LayoutRecord* record = m_free.back();
+      m_free.pop_back();
+      *record = LayoutRecord();
+      return record;
+    }
+    if (m_used == kChunk) {
+      m_chunks.push_back(std::make_unique<LayoutRecord[]>(kChunk));
+      m_used = 0;
+    }
+    return &m_chunks.back()[m_used++];
+  }
+  void Give(LayoutRecord* record) {
+    std::lock_guard<std::mutex> lock(m_lock);
+    m_free.push_back(record);
+  }
+
+ private:
+  static constexpr size_t kChunk = 4096;
+  std::mutex m_lock;
+  std::vector<std::unique_ptr<LayoutRecord[]>> m_chunks;
+  size_t m_used = kChunk;
+  std::vector<LayoutRecord*> m_free;
+};
+
+RecordPool& Pool() {
+  static RecordPool* pool = new RecordPool();
+  return *pool;
+}
+
+}  // namespace
+
+PlaceHolder::PlaceHolder() : m_geo(Pool().Take()) {}
+
+PlaceHolder::~PlaceHolder() { Pool().Give(m_geo); }
+
 void PlaceHolder::SetWindow(Window* window, Box* parent) {
   m_window = window;
   m_parent = parent;
+  m_geo->inWindow = window != nullptr;
 }
 
 void PlaceHolder::SetVisible(bool visible) {
-  if (m_visible == visible) return;
+  if (m_geo->visible == visible) return;
   Invalidate();  // what it covered shows again when it hides
-  m_visible = visible;
+  m_geo->visible = visible;
   ArrangeAncestor();
 }
 
 void PlaceHolder::SetFloat(bool isFloat) {
-  if (m_float == isFloat) return;
-  m_float = isFloat;
+  if (m_geo->isFloat == isFloat) return;
+  m_geo->isFloat = isFloat;
   ArrangeAncestor();
 }
 
@@ -29,33 +80,33 @@ void PlaceHolder::SetFloat(bool isFloat) {
     field = value;                    \
     ArrangeAncestor();                \
   }
-MIVO_SIZE_SETTER(SetFixedWidth, m_fixedWidth)
-MIVO_SIZE_SETTER(SetFixedHeight, m_fixedHeight)
-MIVO_SIZE_SETTER(SetMinWidth, m_minWidth)
-MIVO_SIZE_SETTER(SetMinHeight, m_minHeight)
-MIVO_SIZE_SETTER(SetMaxWidth, m_maxWidth)
-MIVO_SIZE_SETTER(SetMaxHeight, m_maxHeight)
+MIVO_SIZE_SETTER(SetFixedWidth, m_geo->fixedWidth)
+MIVO_SIZE_SETTER(SetFixedHeight, m_geo->fixedHeight)
+MIVO_SIZE_SETTER(SetMinWidth, m_geo->minWidth)
+MIVO_SIZE_SETTER(SetMinHeight, m_geo->minHeight)
+MIVO_SIZE_SETTER(SetMaxWidth, m_geo->maxWidth)
+MIVO_SIZE_SETTER(SetMaxHeight, m_geo->maxHeight)
 #undef MIVO_SIZE_SETTER
 
 void PlaceHolder::SetMargin(const UiRect& margin) {
-  if (m_margin == margin) return;
-  m_margin = margin;
+  if (m_geo->margin == margin) return;
+  m_geo->margin = margin;
   ArrangeAncestor();
 }
 
-UiSize PlaceHolder::EstimateSize(UiSize) { return UiSize{m_fixedWidth, m_fixedHeight}; }
+UiSize PlaceHolder::EstimateSize(UiSize) { return UiSize{m_geo->fixedWidth, m_geo->fixedHeight}; }
 
 const UiRect& PlaceHolder::GetPos() const {
   Box::ArrangeWaitingAbove(this);
-  return m_pos;
+  return m_geo->pos;
 }
 
 void PlaceHolder::SetPos(UiRect pos) {
   // A layout that waits above comes first, as it came before this when boxes laid out at once.
   Box::ArrangeWaitingAbove(this);
-  if (pos == m_pos) return;
+  if (pos == m_geo->pos) return;
   Invalidate();  // where it was and where it goes
-  m_pos = pos;
+  m_geo->pos = pos;
   Invalidate();
 }
 

@@ -14,10 +14,38 @@ namespace mivo::duilib {
 class Box;
 class Window;
 
+// What a box's layout reads and writes of a child. It lives apart from the control, in a pool
+// where controls made one after another have theirs side by side, and the box keeps a list of
+// its children's records: it lays thousands of children out from these without touching the
+// controls themselves, which are large and lie far apart.
+struct alignas(64) LayoutRecord {
+  // An alignment as the layout uses it: 0, 1, 2, or 3 for any other value (placed at 0 to 0).
+  static signed char AlignCode(int align) { return static_cast<signed char>(align >= 0 && align <= 2 ? align : 3); }
+
+  int fixedWidth = DUI_LENGTH_STRETCH;
+  int fixedHeight = DUI_LENGTH_STRETCH;
+  int minWidth = 0;
+  int minHeight = 0;
+  int maxWidth = DUI_LENGTH_NOLIMIT;
+  int maxHeight = DUI_LENGTH_NOLIMIT;
+  UiRect margin;
+  UiRect pos;
+  signed char horAlign = kHorAlignLeft;
+  signed char verAlign = kVerAlignTop;
+  bool visible = true;
+  bool isFloat = false;
+  bool hasPredicate = false;  // a placement predicate is set
+  bool inWindow = false;
+  // Its class keeps PlaceHolder's IsVisible, EstimateSize, SetPos and Invalidate, so the
+  // layout may do what they would do without calling them (decided when it joins a box).
+  bool plain = false;
+};
+static_assert(sizeof(LayoutRecord) == 64, "a record is one cache line");
+
 class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
  public:
-  PlaceHolder() = default;
-  ~PlaceHolder() override = default;
+  PlaceHolder();
+  ~PlaceHolder() override;
   PlaceHolder(const PlaceHolder&) = delete;
   PlaceHolder& operator=(const PlaceHolder&) = delete;
 
@@ -28,20 +56,20 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   const std::wstring& GetName() const { return m_name; }
   void SetName(const std::wstring& name) { m_name = name; }
 
-  virtual bool IsVisible() const { return m_visible; }
+  virtual bool IsVisible() const { return m_geo->visible; }
   virtual void SetVisible(bool visible);
-  bool IsFloat() const { return m_float; }
+  bool IsFloat() const { return m_geo->isFloat; }
   void SetFloat(bool isFloat);
 
   // Pixels, DUI_LENGTH_STRETCH or DUI_LENGTH_AUTO. Setting a size lays the ancestors out again.
-  int GetFixedWidth() const { return m_fixedWidth; }
-  int GetFixedHeight() const { return m_fixedHeight; }
+  int GetFixedWidth() const { return m_geo->fixedWidth; }
+  int GetFixedHeight() const { return m_geo->fixedHeight; }
   void SetFixedWidth(int width);
   void SetFixedHeight(int height);
-  int GetMinWidth() const { return m_minWidth; }
-  int GetMinHeight() const { return m_minHeight; }
-  int GetMaxWidth() const { return m_maxWidth; }
-  int GetMaxHeight() const { return m_maxHeight; }
+  int GetMinWidth() const { return m_geo->minWidth; }
+  int GetMinHeight() const { return m_geo->minHeight; }
+  int GetMaxWidth() const { return m_geo->maxWidth; }
+  int GetMaxHeight() const { return m_geo->maxHeight; }
   void SetMinWidth(int width);
   void SetMinHeight(int height);
   void SetMaxWidth(int width);
@@ -49,11 +77,17 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
 
   HorAlignType GetHorAlignType() const { return m_horAlign; }
   VerAlignType GetVerAlignType() const { return m_verAlign; }
-  void SetHorAlignType(HorAlignType align) { m_horAlign = align; }
-  void SetVerAlignType(VerAlignType align) { m_verAlign = align; }
+  void SetHorAlignType(HorAlignType align) {
+    m_horAlign = align;
+    m_geo->horAlign = LayoutRecord::AlignCode(align);
+  }
+  void SetVerAlignType(VerAlignType align) {
+    m_verAlign = align;
+    m_geo->verAlign = LayoutRecord::AlignCode(align);
+  }
 
   // The outer margin: the space its box keeps free around it.
-  const UiRect& GetMargin() const { return m_margin; }
+  const UiRect& GetMargin() const { return m_geo->margin; }
   void SetMargin(const UiRect& margin);
 
   // The size the control would like, given the space available: by default its fixed size
@@ -65,7 +99,10 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   virtual void SetPos(UiRect pos);
 
   // An optional test a vertical layout asks before it places the control; false skips it.
-  void SetPlacementPredicate(std::function<bool()> predicate) { m_placementPredicate = std::move(predicate); }
+  void SetPlacementPredicate(std::function<bool()> predicate) {
+    m_placementPredicate = std::move(predicate);
+    m_geo->hasPredicate = static_cast<bool>(m_placementPredicate);
+  }
   const std::function<bool()>& GetPlacementPredicate() const { return m_placementPredicate; }
 
   // Asks its window for a repaint of the control's rectangle.
@@ -77,23 +114,13 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
 
  private:
   friend class Box;
+  friend class Layout;
 
-  // What a layout reads and writes for every child comes first, in the object's first two
-  // cache lines: arranging thousands of children is bound by how much of each it touches.
+  LayoutRecord* m_geo;  // from the pool, for the control's whole life
   Window* m_window = nullptr;
   Box* m_parent = nullptr;
-  int m_fixedWidth = DUI_LENGTH_STRETCH;
-  int m_fixedHeight = DUI_LENGTH_STRETCH;
-  int m_minWidth = 0;
-  int m_minHeight = 0;
-  int m_maxWidth = DUI_LENGTH_NOLIMIT;
-  int m_maxHeight = DUI_LENGTH_NOLIMIT;
-  UiRect m_margin;
-  UiRect m_pos;
   HorAlignType m_horAlign = kHorAlignLeft;
   VerAlignType m_verAlign = kVerAlignTop;
-  bool m_visible = true;
-  bool m_float = false;
   // Kept here for Box (set by its constructor and its layout scheduling; see Box::Arrange).
   bool m_isBox = false;
   bool m_needsArrange = false;  // its children wait to be laid out in its rectangle

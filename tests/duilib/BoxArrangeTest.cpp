@@ -48,5 +48,27 @@ TEST(BoxArrange, AWindowRepaintsWhatTheWaitingLayoutMoves) {
   EXPECT_EQ(added->GetPos(), (UiRect{0, 0, 200, 30}));
 }
 
+// A box lays its own children out from their layout records unless a child's class changes
+// what the layout asks of it, or the child has a placement predicate.
+TEST(BoxArrange, OverridesAndPredicatesAreStillAsked) {
+  struct Tall : Control {
+    UiSize EstimateSize(UiSize) override { return UiSize{DUI_LENGTH_STRETCH, 25}; }
+  };
+  VBox box;
+  box.SetPos(UiRect{0, 0, 50, 100});
+  auto* tall = new Tall();
+  Control* skipped = Fixed(10);
+  bool place = false;
+  skipped->SetPlacementPredicate([&place] { return place; });
+  Control* last = Fixed(10);
+  for (Control* c : {static_cast<Control*>(tall), skipped, last}) box.Add(c);
+  EXPECT_EQ(tall->GetPos(), (UiRect{0, 0, 50, 25}));
+  EXPECT_EQ(skipped->GetPos(), (UiRect{}));
+  EXPECT_EQ(last->GetPos(), (UiRect{0, 25, 50, 35}));
+  place = true;
+  box.SetPos(UiRect{0, 0, 50, 100});
+  EXPECT_EQ(skipped->GetPos(), (UiRect{0, 25, 50, 35}));
+}
+
 }  // namespace
 }  // namespace mivo::duilib
