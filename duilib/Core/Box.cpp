@@ -88,7 +88,7 @@ bool Box::AddAt(Control* child, size_t index) {
   if (depth + height > kMaxTreeDepth) return false;
   m_items.insert(m_items.begin() + static_cast<std::ptrdiff_t>(index), child);
   m_records.insert(m_records.begin() + static_cast<std::ptrdiff_t>(index), child->m_geo);
-  child->m_geo->plain = KeepsPlaceHolderLayout(*child);
+  child->m_geo->Set(LayoutRecord::kPlain, KeepsPlaceHolderLayout(*child));
   child->SetWindow(GetWindow(), this);
   // A subtree that still waits to be laid out must be found from above.
   if (childBox && (childBox->m_needsArrange || childBox->m_pendingBelow)) MarkPendingBelow();

@@ -135,13 +135,10 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
   const UiSize space{rc.GetWidth(), rc.GetHeight()};
   const int length = axis.Along(space), breadth = axis.Across(space);
   const size_t n = items.size();
-  auto plain = [records, n](size_t i) -> LayoutRecord* {
+  auto plain = [records](size_t i) -> LayoutRecord* {
     if (!records) return nullptr;
-#if defined(__GNUC__)
-    if (i + kPrefetchAhead < n) __builtin_prefetch((*records)[i + kPrefetchAhead]);
-#endif
     LayoutRecord* record = (*records)[i];
-    return record->plain ? record : nullptr;
+    return record->Has(LayoutRecord::kPlain) ? record : nullptr;
   };
   // First pass: what the fixed children and the margins take, and how many stretch.
   int count = 0, stretches = 0, fixed = 0;
@@ -150,8 +147,8 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
     const UiRect* m;
     int estimate, minimum, maximum;
     if (const LayoutRecord* r = plain(i)) {
-      if (axis.vertical && r->hasPredicate) allPlain = false;
-      if (!r->visible || r->isFloat) continue;
+      if (axis.vertical && r->Has(LayoutRecord::kPredicate)) allPlain = false;
+      if ((r->flags & (LayoutRecord::kVisible | LayoutRecord::kFloat)) != LayoutRecord::kVisible) continue;
       m = &r->margin;
       estimate = axis.Along(UiSize{r->fixedWidth, r->fixedHeight});
       minimum = axis.MinAlong(*r);
@@ -182,12 +179,9 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
   int at = axis.Start(rc), used = 0, widest = 0, remaining = length;
   if (allPlain) {
     for (size_t i = 0; i < n; ++i) {
-#if defined(__GNUC__)
-      if (i + kPrefetchAhead < n) __builtin_prefetch((*records)[i + kPrefetchAhead]);
-#endif
       LayoutRecord& r = *(*records)[i];
-      if (!r.visible) continue;
-      if (r.isFloat) {
+      if ((r.flags & (LayoutRecord::kVisible | LayoutRecord::kFloat)) != LayoutRecord::kVisible) {
+        if (!r.Has(LayoutRecord::kVisible)) continue;
         Layout::SetFloatPos(items[i], rc);
         continue;
       }
@@ -207,7 +201,7 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
       widest = std::max(widest, crossTo - crossFrom);
       const UiRect placed = axis.Rect(from, from + along, crossFrom, crossTo);
       // PlaceHolder::SetPos; nothing above waits, the box laying out is being laid out.
-      if (!r.inWindow) {
+      if (!r.Has(LayoutRecord::kInWindow)) {
         r.pos = placed;
       } else if (placed != r.pos) {
         items[i]->Invalidate();  // where it was and where it goes
@@ -221,11 +215,11 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
   }
   for (size_t i = 0; i < n; ++i) {
     LayoutRecord* r = plain(i);
-    if (r && axis.vertical && r->hasPredicate) r = nullptr;  // the predicate is asked below
+    if (r && axis.vertical && r->Has(LayoutRecord::kPredicate)) r = nullptr;  // the predicate is asked below
     Control* child = r ? nullptr : items[i];
     if (r) {
-      if (!r->visible) continue;
-      if (r->isFloat) {
+      if (!r->Has(LayoutRecord::kVisible)) continue;
+      if (r->Has(LayoutRecord::kFloat)) {
         Layout::SetFloatPos(items[i], rc);
         continue;
       }
@@ -262,7 +256,7 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
       child->SetPos(placed);
     } else if (placed != r->pos) {
       // PlaceHolder::SetPos; nothing above waits, the box laying out is being laid out.
-      if (r->inWindow) {
+      if (r->Has(LayoutRecord::kInWindow)) {
         items[i]->Invalidate();  // where it was and where it goes
         r->pos = placed;
         items[i]->Invalidate();

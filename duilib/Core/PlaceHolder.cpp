@@ -58,19 +58,19 @@ PlaceHolder::~PlaceHolder() { Pool().Give(m_geo); }
 void PlaceHolder::SetWindow(Window* window, Box* parent) {
   m_window = window;
   m_parent = parent;
-  m_geo->inWindow = window != nullptr;
+  m_geo->Set(LayoutRecord::kInWindow, window != nullptr);
 }
 
 void PlaceHolder::SetVisible(bool visible) {
-  if (m_geo->visible == visible) return;
+  if (m_geo->Has(LayoutRecord::kVisible) == visible) return;
   Invalidate();  // what it covered shows again when it hides
-  m_geo->visible = visible;
+  m_geo->Set(LayoutRecord::kVisible, visible);
   ArrangeAncestor();
 }
 
 void PlaceHolder::SetFloat(bool isFloat) {
-  if (m_geo->isFloat == isFloat) return;
-  m_geo->isFloat = isFloat;
+  if (m_geo->Has(LayoutRecord::kFloat) == isFloat) return;
+  m_geo->Set(LayoutRecord::kFloat, isFloat);
   ArrangeAncestor();
 }
 

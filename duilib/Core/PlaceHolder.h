@@ -32,13 +32,19 @@ struct alignas(64) LayoutRecord {
   UiRect pos;
   signed char horAlign = kHorAlignLeft;
   signed char verAlign = kVerAlignTop;
-  bool visible = true;
-  bool isFloat = false;
-  bool hasPredicate = false;  // a placement predicate is set
-  bool inWindow = false;
-  // Its class keeps PlaceHolder's IsVisible, EstimateSize, SetPos and Invalidate, so the
-  // layout may do what they would do without calling them (decided when it joins a box).
-  bool plain = false;
+  // One byte, so that a layout decides how to treat a child with one test.
+  enum Flag : unsigned char {
+    // Its class keeps PlaceHolder's IsVisible, EstimateSize, SetPos and Invalidate, so the
+    // layout may do what they would do without calling them (decided when it joins a box).
+    kPlain = 1,
+    kVisible = 2,
+    kFloat = 4,
+    kPredicate = 8,  // a placement predicate is set
+    kInWindow = 16,
+  };
+  unsigned char flags = kVisible;
+  bool Has(Flag flag) const { return (flags & flag) != 0; }
+  void Set(Flag flag, bool on) { flags = static_cast<unsigned char>(on ? flags | flag : flags & ~flag); }
 };
 static_assert(sizeof(LayoutRecord) == 64, "a record is one cache line");
 
@@ -56,9 +62,9 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   const std::wstring& GetName() const { return m_name; }
   void SetName(const std::wstring& name) { m_name = name; }
 
-  virtual bool IsVisible() const { return m_geo->visible; }
+  virtual bool IsVisible() const { return m_geo->Has(LayoutRecord::kVisible); }
   virtual void SetVisible(bool visible);
-  bool IsFloat() const { return m_geo->isFloat; }
+  bool IsFloat() const { return m_geo->Has(LayoutRecord::kFloat); }
   void SetFloat(bool isFloat);
 
   // Pixels, DUI_LENGTH_STRETCH or DUI_LENGTH_AUTO. Setting a size lays the ancestors out again.
@@ -101,7 +107,7 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   // An optional test a vertical layout asks before it places the control; false skips it.
   void SetPlacementPredicate(std::function<bool()> predicate) {
     m_placementPredicate = std::move(predicate);
-    m_geo->hasPredicate = static_cast<bool>(m_placementPredicate);
+    m_geo->Set(LayoutRecord::kPredicate, static_cast<bool>(m_placementPredicate));
   }
   const std::function<bool()>& GetPlacementPredicate() const { return m_placementPredicate; }
 
