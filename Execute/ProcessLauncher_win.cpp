@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Execute/LaunchCommand.h"
+#include "Execute/LaunchPlan.h"
 #include "Execute/NamedEvent.h"
 #include "Execute/PathTool.h"
 #include "Execute/UpdateCheck.h"
@@ -80,6 +81,15 @@ HRESULT StartWithShellToken(DWORD shellPid, const wchar_t* applicationName, wcha
   return hr;
 }
 
+// Says in the trace log that a program was not started, and why.
+void TraceNotStarted(const wchar_t* applicationName, const wchar_t* commandLine, const wchar_t* why, unsigned code) {
+  if (g_ITrace)
+    g_ITrace->Trace(3, true, L"CreateProcessAsDesktopUser %s not started: %s (0x%08x)",
+                    commandLine ? commandLine : applicationName, why, code);
+}
+
+}  // namespace
+
 CString CurrentUserSid() {
   std::vector<wchar_t> name(32767);
   DWORD length = static_cast<DWORD>(name.size());
@@ -99,14 +109,16 @@ CString CurrentUserSid() {
   return result;
 }
 
-// Says in the trace log that a program was not started, and why.
-void TraceNotStarted(const wchar_t* applicationName, const wchar_t* commandLine, const wchar_t* why, unsigned code) {
-  if (g_ITrace)
-    g_ITrace->Trace(3, true, L"CreateProcessAsDesktopUser %s not started: %s (0x%08x)",
-                    commandLine ? commandLine : applicationName, why, code);
+TokenChoice ProbeDesktopToken(DWORD& shellPid, long* failure) {
+  shellPid = 0;
+  if (!mivo::common::detail::IsVistaOrLater()) return ChooseToken(false, false, false, 0, 0);
+  if (HWND shell = FindWindowW(L"Progman", nullptr)) GetWindowThreadProcessId(shell, &shellPid);
+  DWORD shellLevel = kHighIntegrity, ownLevel = kHighIntegrity;
+  HRESULT hr = QueryIntegrityLevel(shellPid, shellLevel);
+  if (SUCCEEDED(hr)) hr = QueryIntegrityLevel(GetCurrentProcessId(), ownLevel);
+  if (failure) *failure = hr;
+  return ChooseToken(true, shellPid != 0, SUCCEEDED(hr), shellLevel, ownLevel);
 }
-
-}  // namespace
 
 CString GetLaunchArguments() {
   int argc = 0;
@@ -125,28 +137,28 @@ void CreateProcessAsDesktopUser(const wchar_t* applicationName, const wchar_t* c
   std::vector<wchar_t> line;
   if (commandLine) line.assign(commandLine, commandLine + wcslen(commandLine) + 1);
   wchar_t* writable = commandLine ? line.data() : nullptr;
-  if (mivo::common::detail::IsVistaOrLater()) {
-    DWORD shellPid = 0;
-    if (HWND shell = FindWindowW(L"Progman", nullptr)) GetWindowThreadProcessId(shell, &shellPid);
-    DWORD shellLevel = kHighIntegrity, ownLevel = kHighIntegrity;
-    HRESULT hr = QueryIntegrityLevel(shellPid, shellLevel);
-    if (SUCCEEDED(hr)) hr = QueryIntegrityLevel(GetCurrentProcessId(), ownLevel);
-    if (FAILED(hr)) {
+  DWORD shellPid = 0;
+  long failure = S_OK;
+  switch (ProbeDesktopToken(shellPid, &failure)) {
+    case TokenChoice::kNoShell:
+    case TokenChoice::kLevelUnknown:
       TraceNotStarted(applicationName, commandLine, shellPid ? L"integrity level unknown" : L"no desktop shell window",
-                      static_cast<unsigned>(hr));
+                      static_cast<unsigned>(failure));
       return;
-    }
-    if (ownLevel == kHighIntegrity && shellLevel == kMediumIntegrity) {
-      hr = StartWithShellToken(shellPid, applicationName, writable, startup, info);
+    case TokenChoice::kShellToken: {
+      HRESULT hr = StartWithShellToken(shellPid, applicationName, writable, startup, info);
       if (FAILED(hr)) {
         TraceNotStarted(applicationName, commandLine, L"start with the desktop user's token failed",
                         static_cast<unsigned>(hr));
         return;
       }
-    } else if (ownLevel == kMediumIntegrity && shellLevel == kHighIntegrity) {
+      break;
+    }
+    case TokenChoice::kShellElevated:
       TraceNotStarted(applicationName, commandLine, L"the desktop shell runs elevated and the launcher does not", 0);
       return;
-    }
+    case TokenChoice::kPlain:
+      break;
   }
   if (info.dwProcessId == 0) {
     if (!CreateProcessW(applicationName, writable, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
@@ -164,9 +176,12 @@ void StartLoadMivo(int showCommand) {
 }
 
 HANDLE StartLoadUpdateExecEx() {
-  CString parameters =
-      BuildUpdateExecParameters(GetLaunchArguments(), CPathTool::GetUpdateFolder(false), CurrentUserSid());
-  CString file = CPathTool::GetLauncherFolder() + L"UpdateExec.exe";
+  return StartUpdateExecutor(
+      CPathTool::GetLauncherFolder() + L"UpdateExec.exe",
+      BuildUpdateExecParameters(GetLaunchArguments(), CPathTool::GetUpdateFolder(false), CurrentUserSid()));
+}
+
+HANDLE StartUpdateExecutor(const CString& file, const CString& parameters) {
   SHELLEXECUTEINFOW info = {};
   info.cbSize = sizeof(info);
   info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
@@ -187,23 +202,29 @@ HANDLE StartLoadUpdateExecEx() {
   return info.hProcess;
 }
 
+void CarryOutStart(const StartPlan& plan, int showCommand) {
+  if (plan.action == PlanAction::kStartClient) {
+    TraceLine(L"StartLoadMivo");
+    CreateProcessAsDesktopUser(nullptr, plan.clientCommandLine, showCommand);
+    return;
+  }
+  TraceLine(L"do StartLoadUpdateExecEx");
+  HANDLE executed = CreateEventW(nullptr, TRUE, FALSE, kUpdateExecutedEvent);
+  if (HANDLE process = StartUpdateExecutor(plan.executorFile, plan.executorParameters)) {
+    WaitForSingleObject(process, INFINITE);
+    if (executed) WaitForSingleObject(executed, 0);
+    CreateProcessAsDesktopUser(nullptr, plan.clientCommandLine, showCommand);
+    CloseHandle(process);
+  }
+  if (executed) CloseHandle(executed);
+}
+
 void RunLaunchDecision(bool silent, int showCommand) {
   PendingUpdates found = FindPendingUpdates();
   if (g_ITrace)
     g_ITrace->Trace(3, true, L"listRecoverComponentData size is %d,listUpdateComponentData size is %d, bSilent is %d",
                     static_cast<int>(found.pending.size()), static_cast<int>(found.halfDone.size()), silent ? 1 : 0);
-  if (DecideLaunch(found, silent) == LaunchAction::kStartClient) {
-    TraceLine(L"StartLoadMivo");
-    StartLoadMivo(showCommand);
-    return;
-  }
-  TraceLine(L"do StartLoadUpdateExecEx");
-  HANDLE executed = CreateEventW(nullptr, TRUE, FALSE, kUpdateExecutedEvent);
-  if (HANDLE process = StartLoadUpdateExecEx()) {
-    WaitForSingleObject(process, INFINITE);
-    if (executed) WaitForSingleObject(executed, 0);
-    StartLoadMivo(showCommand);
-    CloseHandle(process);
-  }
-  if (executed) CloseHandle(executed);
+  CarryOutStart(PlanStart(found, silent, GetLaunchArguments(), CPathTool::GetLauncherFolder(),
+                          CPathTool::GetUpdateFolder(false), CurrentUserSid),
+                showCommand);
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Execute/CommandLineInfoEx.h"
+#include "Execute/LaunchPlan.h"
 #include "Execute/LauncherStrings.h"
 #include "Execute/NamedEvent.h"
 #include "Execute/PathTool.h"
@@ -106,13 +107,16 @@ BOOL CStartApp::InitInstance() {
   int userType = m_pForm->GetUserType();
   if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance usertype is %d", userType);
   const CString request(m_lpCmdLine);
-  // Nobody can be asked without the window's skin: then it goes on as when no client runs.
-  if (userType == 3 && !m_pForm->BuildSkin()) userType = 1;
-  switch (userType) {
-    case 2:
-      m_pForm->ForwardToSingleClient(request);
+  HandOverPlan plan = PlanHandOver(userType, m_pForm->RunningClients(), m_pForm->GetLastUser(),
+                                   [this] { return m_pForm->BuildSkin(); });
+  switch (plan.action) {
+    case PlanAction::kForward:
+      if (plan.userType == 2)
+        m_pForm->ForwardToSingleClient(request);
+      else
+        m_pForm->ForwardToLastUser(request);
       break;
-    case 3: {
+    case PlanAction::kShowWindow: {
       m_pForm->PrepareUserList(request);
       m_pForm->CenterWindow();
       m_pForm->ShowWindow(true, true);
@@ -124,14 +128,11 @@ BOOL CStartApp::InitInstance() {
       profile.Report();
       return TRUE;  // the window drives the process now, through Run
     }
-    case 4:
-      m_pForm->ForwardToLastUser(request);
-      break;
     default:
       RunLaunchDecision(silent, m_nCmdShow);
       break;
   }
-  profile.Mark(userType == 2 || userType == 4 ? L"forward" : L"launch");
+  profile.Mark(plan.action == PlanAction::kForward ? L"forward" : L"launch");
   ReleaseNamedEvent(kStartRunningEvent);
   profile.Report();
   return FALSE;
