@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "duilib/Core/AttributeValue.h"
+#include "duilib/Core/DpiScale.h"
 #include "duilib/Core/GlobalManager.h"
 
 namespace mivo::duilib {
@@ -57,9 +58,32 @@ void Control::ApplyAttributeList(const std::wstring& list) {
     if (close == std::wstring::npos) return;
     std::wstring name = list.substr(at, equals - at);
     while (!name.empty() && std::iswspace(name.back())) name.pop_back();
-    SetAttribute(name, list.substr(equals + 2, close - equals - 2));
+    ApplySkinAttribute(name, list.substr(equals + 2, close - equals - 2));
     at = close + 1;
   }
+}
+
+void Control::ApplySkinAttribute(const std::wstring& name, const std::wstring& value) {
+  // "renderoffset" scales itself; it is kept all the same, to follow a change of scale.
+  const bool scaled = IsScaledAttribute(name);
+  if (scaled || name == L"renderoffset") {
+    auto kept =
+        std::find_if(m_skinSizes.begin(), m_skinSizes.end(), [&name](const auto& size) { return size.first == name; });
+    if (kept == m_skinSizes.end())
+      m_skinSizes.emplace_back(name, value);
+    else
+      kept->second = value;
+  }
+  if (scaled && GlobalManager::IsDpiScaleEnabled())
+    SetAttribute(name, ScaleAttributeValue(value, GlobalManager::GetDpiScalePercent()));
+  else
+    SetAttribute(name, value);
+}
+
+void Control::RescaleForDpi() {
+  // A copy: applying an attribute may not add to the list, but the list must not move under us.
+  const auto sizes = m_skinSizes;
+  for (const auto& [name, value] : sizes) ApplySkinAttribute(name, value);
 }
 
 void Control::SetAttribute(const std::wstring& name, const std::wstring& value) {

@@ -48,8 +48,13 @@ class MIVO_COMMON_API Control : public PlaceHolder {
 
   // Applies one attribute; names and keywords compare exactly. Unknown names are ignored.
   virtual void SetAttribute(const std::wstring& name, const std::wstring& value);
-  // Applies a list of the form  name="value" name2="value2" , in order.
+  // Applies a list of the form  name="value" name2="value2" , in order, as ApplySkinAttribute.
   void ApplyAttributeList(const std::wstring& list);
+  // Applies an attribute as a skin writes it: with DPI scaling on, a pixel attribute is scaled
+  // first, and the value as written is kept so that RescaleForDpi can apply it again.
+  void ApplySkinAttribute(const std::wstring& name, const std::wstring& value);
+  // Applies the kept pixel attributes again at the current DPI scale (this control only).
+  void RescaleForDpi();
 
   // State 1 (hot) also switches the hot fade on.
   void SetStateColor(ControlStateType state, const std::wstring& color);
@@ -197,6 +202,7 @@ class MIVO_COMMON_API Control : public PlaceHolder {
 
  private:
   std::map<EventType, std::vector<EventCallback>> m_eventCallbacks;
+  std::vector<std::pair<std::wstring, std::wstring>> m_skinSizes;  // pixel attributes as written
   bool m_pressed = false;
   bool m_focused = false;
 };

@@ -43,10 +43,27 @@ UiSize Window::GetInitialSize() const {
   return UiSize{std::max(size.cx, 0), std::max(size.cy, 0)};
 }
 
+void Window::ApplyDpiScale(int percent) {
+  GlobalManager::SetDpiScale(true, percent);
+  std::vector<Control*> todo;
+  if (m_root) todo.push_back(m_root);
+  while (!todo.empty()) {
+    Control* control = todo.back();
+    todo.pop_back();
+    control->RescaleForDpi();
+    if (auto* box = dynamic_cast<Box*>(control))
+      todo.insert(todo.end(), box->GetItems().begin(), box->GetItems().end());
+  }
+  ArrangeRoot(m_clientArea);
+}
+
 bool Window::IsCaptionAt(UiPoint pt) const {
   const std::wstring caption = GetAttribute(L"caption");
   if (caption.empty()) return false;
-  const UiRect inset = attr::ParseRect(caption);
+  UiRect inset = attr::ParseRect(caption);
+  if (GlobalManager::IsDpiScaleEnabled())
+    inset = UiRect{GlobalManager::ScaleByDpi(inset.left), GlobalManager::ScaleByDpi(inset.top),
+                   GlobalManager::ScaleByDpi(inset.right), GlobalManager::ScaleByDpi(inset.bottom)};
   const UiRect band{m_clientArea.left + inset.left, m_clientArea.top + inset.top, m_clientArea.right - inset.right,
                     m_clientArea.top + inset.bottom};
   if (!band.Contains(pt)) return false;

@@ -50,6 +50,9 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   const std::map<std::wstring, std::wstring>& GetAttributes() const { return m_attributes; }
   // "size": the client size the window opens with; 0,0 when not given.
   UiSize GetInitialSize() const;
+  // The DPI scale changed (percent of 96 DPI): every control applies its pixel attributes
+  // again at the new scale, and the tree is laid out and repainted.
+  void ApplyDpiScale(int percent);
   // Inside the "caption" band (left and right insets, top, bottom) over no control the user
   // clicks: where dragging moves the window.
   bool IsCaptionAt(UiPoint pt) const;

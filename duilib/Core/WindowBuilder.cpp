@@ -159,7 +159,7 @@ class SkinReader {
     if (!control && m_callback) control.reset(m_callback(Wide(e.Value())));
     if (!control) return;
     for (const TiXmlAttribute* a = e.FirstAttribute(); a; a = a->Next())
-      control->SetAttribute(Wide(a->Name()), Wide(a->Value()));
+      control->ApplySkinAttribute(Wide(a->Name()), Wide(a->Value()));
     if (auto* box = dynamic_cast<Box*>(control.get())) {
       ControlList children;
       BuildChildren(e, depth + 1, children);

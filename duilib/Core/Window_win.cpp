@@ -7,12 +7,18 @@
 
 #include "duilib/Core/Box.h"
 #include "duilib/Core/Control.h"
+#include "duilib/Core/DpiScale.h"
+#include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/Window.h"
 #include "duilib/Render/GdiRender.h"
 
 namespace mivo::duilib {
 
 namespace {
+
+#ifndef WM_DPICHANGED
+constexpr UINT WM_DPICHANGED = 0x02E0;
+#endif
 
 UiRect ToUi(const RECT& r) { return UiRect{r.left, r.top, r.right, r.bottom}; }
 
@@ -44,8 +50,28 @@ void Window::ReleaseNative() {
   DestroyWindow(hwnd);
 }
 
+namespace {
+
+// The first window takes the system's DPI as the scale of every skin, unless the program set
+// one. The process says it is DPI-aware, so the system neither lies about the DPI nor
+// stretches the window's pixels.
+void UseSystemDpi() {
+  static bool done = false;
+  if (done) return;
+  done = true;
+  if (GlobalManager::IsDpiScaleEnabled()) return;
+  SetProcessDPIAware();
+  HDC screen = GetDC(nullptr);
+  const int dpi = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 96;
+  if (screen) ReleaseDC(nullptr, screen);
+  GlobalManager::SetDpiScale(true, DpiPercent(dpi));
+}
+
+}  // namespace
+
 HWND Window::Create(HWND parent, const std::wstring& title, DWORD style, DWORD exStyle, bool layered, UiRect rc) {
   if (m_hwnd) return nullptr;
+  UseSystemDpi();
   const std::wstring className = GetWindowClassName();
   WNDCLASSEXW wc{};
   wc.cbSize = sizeof(wc);
@@ -227,6 +253,16 @@ bool Window::HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
     case WM_CAPTURECHANGED:
       if (reinterpret_cast<HWND>(lParam) != m_hwnd) CancelPress();
       return true;
+    case WM_DPICHANGED: {
+      // Moved to a monitor of another scale (or the scale changed): the skin follows, and the
+      // window takes the rectangle the system suggests for it.
+      ApplyDpiScale(DpiPercent(LOWORD(wParam)));
+      if (const auto* suggested = reinterpret_cast<const RECT*>(lParam))
+        SetWindowPos(m_hwnd, nullptr, suggested->left, suggested->top, suggested->right - suggested->left,
+                     suggested->bottom - suggested->top, SWP_NOZORDER | SWP_NOACTIVATE);
+      Invalidate(m_clientArea);
+      return true;
+    }
     case WM_KEYDOWN:
       HandleKeyDown(static_cast<uint32_t>(wParam), GetKeyState(VK_SHIFT) < 0);
       return true;

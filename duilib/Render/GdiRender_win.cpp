@@ -99,11 +99,13 @@ void GdiRenderContext::DrawString(const UiRect& rc, const std::wstring& text, ui
 HFONT GetFontHandle(int font) {
   static std::map<int, std::pair<FontInfo, HFONT>> fonts;
   const FontInfo* wanted = GlobalManager::GetFont(font);
-  const FontInfo info = wanted ? *wanted : FontInfo{};
+  FontInfo info = wanted ? *wanted : FontInfo{};
+  // Kept at the size it is made with, so a change of DPI scale makes it anew.
+  info.size = GlobalManager::IsDpiScaleEnabled() ? GlobalManager::ScaleByDpi(info.size) : info.size;
   auto found = fonts.find(font);
   if (found != fonts.end()) {
     if (found->second.first == info) return found->second.second;
-    DeleteObject(found->second.second);  // the skin changed the font of this number
+    DeleteObject(found->second.second);  // the skin or the scale changed the font of this number
     fonts.erase(found);
   }
   LOGFONTW logFont{};
@@ -115,8 +117,7 @@ HFONT GetFontHandle(int font) {
     std::copy_n(info.name.c_str(), length, logFont.lfFaceName);
     logFont.lfFaceName[length] = 0;
   }
-  const int size = GlobalManager::IsDpiScaleEnabled() ? GlobalManager::ScaleByDpi(info.size) : info.size;
-  logFont.lfHeight = -size;  // the character height in pixels, as skins give it
+  logFont.lfHeight = -info.size;  // the character height in pixels, as skins give it, scaled
   logFont.lfWidth = 0;
   logFont.lfWeight = info.bold ? FW_BOLD : FW_NORMAL;
   logFont.lfItalic = info.italic;

@@ -107,6 +107,7 @@ class WindowUnderWine : public ::testing::Test {
     GlobalManager::Startup(root, L"skins\\default");
   }
   void TearDown() override {
+    GlobalManager::SetDpiScale(true, 100);  // as the first window found the display
     GlobalManager::Startup(L"", L"");
     GlobalManager::RemoveAllFonts();
     GlobalManager::RemoveAllTextColors();
@@ -257,6 +258,34 @@ TEST_F(WindowUnderWine, KeysMoveTheFocusAndPressTheFocusedDefaultAndCancelButton
   key(VK_ESCAPE);  // the cancel button closes the form
   ASSERT_TRUE(PumpUntil([&] { return form.finalHwnd != nullptr; }));
   EXPECT_FALSE(IsWindow(hwnd));
+}
+
+// Moved to a screen at 150%: the skin's sizes, its fonts and its images follow at once.
+TEST_F(WindowUnderWine, ADpiChangeRescalesTheOpenWindow) {
+  TestForm form;
+  HWND hwnd = form.Create(nullptr, L"dpi", WS_POPUP, 0);
+  ASSERT_NE(hwnd, nullptr);
+  ASSERT_EQ(form.FindControl(L"ok")->GetPos(), (UiRect{208, 130, 310, 170}));
+  RECT suggested{0, 0, 480, 360};
+  SendMessageW(hwnd, 0x02E0 /* WM_DPICHANGED */, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested));
+  const int percent = GlobalManager::GetDpiScalePercent();
+  GlobalManager::SetDpiScale(true, 100);
+  EXPECT_EQ(percent, 150);
+  RECT client;
+  GetClientRect(hwnd, &client);
+  EXPECT_EQ(client.right, 480);
+  EXPECT_EQ(client.bottom, 360);
+  // title 48, swatch 60 after a margin of 15, the 72-pixel text, then the row of 60
+  EXPECT_EQ(form.FindControl(L"swatch")->GetPos(), (UiRect{15, 63, 465, 123}));
+  EXPECT_EQ(form.FindControl(L"image")->GetPos(), (UiRect{15, 195, 111, 255}));
+  const std::wstring png = ProgramFolder() + L"window_render_150.png";
+  ASSERT_TRUE(form.RenderToPng(png));
+  Picture picture(png);
+  EXPECT_EQ(picture.At(16, 64), 0x000000u) << "the swatch's border, 3 pixels now";
+  EXPECT_EQ(picture.At(17, 65), 0x000000u);
+  EXPECT_EQ(picture.At(18, 66), 0x2E8B57u);
+  EXPECT_EQ(picture.At(60, 225), 0x1E50C8u) << "the image fills its larger place";
+  DestroyWindow(hwnd);
 }
 
 TEST_F(WindowUnderWine, AFormWithoutItsSkinIsNotCreated) {
