@@ -29,7 +29,7 @@ void Box::SetAttribute(const std::wstring& name, const std::wstring& value) {
   if (m_layout->SetAttribute(name, value)) return;
   if (name == L"mousechild")
     m_mouseChild = attr::ParseBool(value);
-  else
+  else if (!SetScrollAttribute(name, value))
     Control::SetAttribute(name, value);
 }
 
@@ -128,6 +128,7 @@ Control* Box::FindSubControl(const std::wstring& name) {
 Control* Box::FindControlAt(UiPoint pt) {
   ArrangeNow();
   if (!IsVisible() || !m_geo->pos.Contains(pt)) return nullptr;
+  if (Control* bar = ScrollBarAt(pt)) return bar;
   if (m_mouseChild) {
     for (bool floating : {true, false}) {
       for (auto it = m_items.rbegin(); it != m_items.rend(); ++it) {
@@ -150,6 +151,7 @@ void Box::SetPos(UiRect pos) {
   const UiRect& padding = m_layout->GetPadding();
   UiRect content{pos.left + padding.left, pos.top + padding.top, pos.right - padding.right,
                  pos.bottom - padding.bottom};
+  if (m_vscroll && !m_vscrollOff) content = ScrolledContent(content);
   m_layout->ArrangeChild(m_items, content);
 }
 
@@ -221,6 +223,7 @@ void Box::Paint(IRenderContext& render) {
       render.PopClip();
     }
   }
+  PaintVScrollBar(render);
 }
 
 }  // namespace mivo::duilib

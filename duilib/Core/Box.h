@@ -11,6 +11,7 @@
 
 #include "duilib/Core/Control.h"
 #include "duilib/Core/Layout.h"
+#include "duilib/Core/ScrollBar.h"
 #include "toolkit/export.h"
 
 namespace mivo::duilib {
@@ -20,7 +21,9 @@ class MIVO_COMMON_API Box : public Control {
   explicit Box(Layout* layout = new Layout());
   ~Box() override;
 
-  // The layout's names first ("padding", "childmargin"), then "mousechild", then the control's.
+  // The layout's names first ("padding", "childmargin"), then "mousechild", the scroll bar's
+  // ("vscrollbar", "scrollbarwidth", "scrolltrackcolor", "scrollthumbcolor",
+  // "scrollthumbhotcolor", "scrollarrowcolor"), then the control's.
   void SetAttribute(const std::wstring& name, const std::wstring& value) override;
 
   // Painting, layout, hit testing and deletion go down the tree one call a level: a tree is
@@ -42,6 +45,21 @@ class MIVO_COMMON_API Box : public Control {
   Control* FindSubControl(const std::wstring& name);
 
   Layout* GetLayout() const { return m_layout.get(); }
+
+  // The vertical scroll bar ("vscrollbar"): content taller than the box scrolls inside it, and
+  // the bar shows at its right edge while it does.
+  bool HasVScrollBar() const;
+  int GetScrollPos() const;
+  // Scrolls to `pos` (kept within the range); false when that did not move the content.
+  bool ScrollTo(int pos);
+  // Scrolls as little as it takes to show `control`, one of the controls inside.
+  void ScrollIntoView(const Control* control);
+  // The mouse wheel over the box (`delta` in WM_MOUSEWHEEL's units); false when it could not move.
+  bool Wheel(int delta);
+  // Where the bar is; empty while the content fits.
+  UiRect GetVScrollBarRect();
+  // The bar's arrows, track and thumb take the mouse, then the control's own reaction.
+  void HandleEvent(EventArgs& args) override;
 
   // The deepest visible control under the point that takes the mouse. Children are clipped to
   // the box; floating children lie above the others and later ones above earlier ones. A box
@@ -85,7 +103,17 @@ class MIVO_COMMON_API Box : public Control {
   // Marks this box and those above it as having a waiting box below.
   void MarkPendingBelow();
 
+  // The scroll bar's part of SetAttribute; false for a name that is not its.
+  bool SetScrollAttribute(const std::wstring& name, const std::wstring& value);
+  // The content rectangle moved by the scroll position and as tall as the content, less the
+  // bar; `content` itself while everything fits.
+  UiRect ScrolledContent(const UiRect& content);
+  Control* ScrollBarAt(UiPoint pt);
+  void PaintVScrollBar(IRenderContext& render);
+
   std::unique_ptr<Layout> m_layout;
+  std::unique_ptr<VScrollBar> m_vscroll;
+  bool m_vscrollOff = false;  // looks given, "vscrollbar" not (yet)
   std::vector<Control*> m_items;
   std::vector<LayoutRecord*> m_records;  // the children's, in the same order
   bool m_mouseChild = true;

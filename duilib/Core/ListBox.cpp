@@ -125,7 +125,10 @@ bool ListBox::SelectItem(int index, bool triggerEvent) {
   if (previous >= 0) static_cast<ListContainerElement*>(GetItemAt(previous))->SetSelectedState(false, triggerEvent);
   if (listAlive.expired() || rowAlive.expired()) return false;
   row->SetSelectedState(true, triggerEvent);
-  if (triggerEvent && !listAlive.expired()) SendEvent(kEventSelect, static_cast<uint64_t>(index), previous);
+  if (listAlive.expired()) return true;
+  // The selected row is shown, whichever way it was selected.
+  if (!rowAlive.expired()) ScrollIntoView(row);
+  if (triggerEvent) SendEvent(kEventSelect, static_cast<uint64_t>(index), previous);
   return true;
 }
 

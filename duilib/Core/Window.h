@@ -83,6 +83,9 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   // until the button comes up: moves and the button-up go to it, wherever they are, so it
   // decides what a click is. Any handler may delete controls, or the window.
   void HandleMouseEvent(EventType type, UiPoint pt);
+  // The mouse wheel turned `delta` (WM_MOUSEWHEEL's units, away from the user positive) over
+  // the point: the innermost box there that can still scroll that way does.
+  void HandleWheel(UiPoint pt, int delta);
   // The press was taken away (another window took the mouse): the pushed control hears a
   // button-up away from itself, which is no click.
   void CancelPress();

@@ -100,6 +100,13 @@ void Window::HandleMouseEvent(EventType type, UiPoint pt) {
   }
 }
 
+void Window::HandleWheel(UiPoint pt, int delta) {
+  for (Control* control = ControlAt(pt); control; control = control->GetParent()) {
+    auto* box = dynamic_cast<Box*>(control);
+    if (box && box->Wheel(delta)) return;
+  }
+}
+
 void Window::CancelPress() {
   Control* pushed = Live(m_pushed);
   m_pushed = Tracked{};

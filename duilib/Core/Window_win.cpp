@@ -263,6 +263,12 @@ bool Window::HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
       Invalidate(m_clientArea);
       return true;
     }
+    case WM_MOUSEWHEEL: {
+      POINT pt{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};  // on the screen, unlike other mouse messages
+      ScreenToClient(m_hwnd, &pt);
+      HandleWheel(UiPoint{pt.x, pt.y}, GET_WHEEL_DELTA_WPARAM(wParam));
+      return true;
+    }
     case WM_KEYDOWN:
       HandleKeyDown(static_cast<uint32_t>(wParam), GetKeyState(VK_SHIFT) < 0);
       return true;

@@ -1,9 +1,12 @@
-// The scroll bar's arithmetic: where its thumb lies, which part a point is on, and where each
-// way of scrolling moves the position.
+// The scroll bar: its arithmetic (where its thumb lies, which part a point is on, where each way
+// of scrolling moves the position) in tables, then a list that scrolls in a window.
 #include "duilib/Core/ScrollBar.h"
 
 #include <gtest/gtest.h>
 
+#include "duilib/Core/ListBox.h"
+#include "duilib/Core/Window.h"
+#include "duilib/Core/WindowBuilder.h"
 
 namespace {
 
@@ -90,3 +93,76 @@ TEST(VScrollModel, EachWayOfScrollingMovesWithinTheRange) {
 
 }  // namespace
 
+namespace {
+
+// A list of twelve rows of 20 pixels in a view of 60 with a bar 10 wide: 240 pixels of content,
+// at most 180 scrolled; the track is 10..50 (40 pixels), the thumb 40 × 60 ÷ 240 = 10.
+constexpr char kListSkin[] = R"(<Window size="100,100">
+  <VBox>
+    <ListBox name="list" height="60" vscrollbar="true" scrollbarwidth="10" bordersize="0"/>
+    <Control name="below"/>
+  </VBox>
+</Window>)";
+
+class ScrollingList : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    WindowBuilder builder;
+    window.AttachRoot(static_cast<Box*>(builder.CreateFromString(kListSkin, nullptr, &window)));
+    list = dynamic_cast<ListBox*>(window.FindControl(L"list"));
+    ASSERT_NE(list, nullptr);
+    for (int i = 0; i < 12; ++i) {
+      auto* row = new ListContainerElement();
+      row->SetFixedHeight(20);
+      list->Add(row);
+    }
+    window.ArrangeRoot(UiRect{0, 0, 100, 100});
+  }
+  void Mouse(EventType type, int x, int y) { window.HandleMouseEvent(type, UiPoint{x, y}); }
+  UiRect Row(int index) { return list->GetItemAt(index)->GetPos(); }
+
+  Window window;
+  ListBox* list = nullptr;
+};
+
+TEST_F(ScrollingList, TheWheelTheBarAndTheKeysScrollTheRowsUnderTheBox) {
+  EXPECT_EQ(list->GetVScrollBarRect(), (UiRect{90, 0, 100, 60}));
+  EXPECT_EQ(Row(0), (UiRect{0, 0, 90, 20})) << "the rows leave the bar its place";
+  window.HandleWheel(UiPoint{40, 30}, -120);  // over a row: its list scrolls, three lines of 20
+  EXPECT_EQ(list->GetScrollPos(), 60);
+  EXPECT_EQ(Row(3), (UiRect{0, 0, 90, 20}));
+  Mouse(kEventMouseButtonDown, 95, 55);  // the down arrow: one line
+  Mouse(kEventMouseButtonUp, 95, 55);
+  EXPECT_EQ(list->GetScrollPos(), 80);
+  EXPECT_EQ(list->GetCurSel(), -1) << "the bar selects no row";
+  // The thumb is at 10 + 30 × 80 ÷ 180 = 23; dragged 15 pixels down it stands for 15 × 180 ÷ 30.
+  Mouse(kEventMouseButtonDown, 95, 25);
+  Mouse(kEventMouseMove, 95, 40);
+  Mouse(kEventMouseButtonUp, 20, 90);
+  EXPECT_EQ(list->GetScrollPos(), 170);
+  Mouse(kEventMouseButtonDown, 95, 12);  // the track above the thumb: a view less a line up
+  Mouse(kEventMouseButtonUp, 95, 12);
+  EXPECT_EQ(list->GetScrollPos(), 130);
+  EXPECT_EQ(window.FindControl(L"below")->GetPos().top, 60) << "what follows the list stays below it";
+
+  // Selecting with the keys keeps the selected row in view.
+  window.SetFocus(list);
+  window.HandleKeyDown(kVkHome, false);
+  EXPECT_EQ(list->GetScrollPos(), 0);
+  window.HandleKeyDown(kVkEnd, false);
+  EXPECT_EQ(list->GetScrollPos(), 180);
+  EXPECT_EQ(Row(11), (UiRect{0, 40, 90, 60}));
+  window.HandleKeyDown(kVkPageUp, false);  // three rows fit: from 11 to 8, the top one now
+  EXPECT_EQ(list->GetCurSel(), 8);
+  EXPECT_EQ(list->GetScrollPos(), 160);
+
+  // Rows removed until all fit: the bar goes and the rows take the whole width.
+  while (list->GetCount() > 3) list->Remove(list->GetItemAt(0));
+  EXPECT_EQ(list->GetVScrollBarRect(), UiRect{});
+  EXPECT_EQ(list->GetScrollPos(), 0);
+  EXPECT_EQ(Row(2), (UiRect{0, 40, 100, 60}));
+  window.HandleWheel(UiPoint{40, 30}, -120);
+  EXPECT_EQ(list->GetScrollPos(), 0);
+}
+
+}  // namespace

@@ -260,6 +260,45 @@ TEST_F(WindowUnderWine, KeysMoveTheFocusAndPressTheFocusedDefaultAndCancelButton
   EXPECT_FALSE(IsWindow(hwnd));
 }
 
+// A list taller than its place: the wheel scrolls it, and the thumb shows where it is.
+TEST_F(WindowUnderWine, TheWheelScrollsAListAndItsThumbFollows) {
+  std::string rows;
+  for (int i = 0; i < 12; ++i) rows += "<ListContainerElement height=\"25\"/>";
+  testing_support::Write(dir.NativeOf(L"skins\\default\\form\\list.xml"), R"(<?xml version="1.0" encoding="utf-8"?>
+<Window size="200,150">
+  <VBox bkcolor="#FFFFFFFF">
+    <ListBox name="list" height="100" vscrollbar="true" scrollbarwidth="10" scrollthumbcolor="#FF0000FF"
+      scrolltrackcolor="#FFEEEEEE">)" + rows + R"(</ListBox>
+    <HBox><Button name="ok"/><Button name="close"/></HBox>
+  </VBox>
+</Window>)");
+  TestForm form;
+  form.skinFile = L"list.xml";
+  HWND hwnd = form.Create(nullptr, L"list", WS_POPUP, 0);
+  ASSERT_NE(hwnd, nullptr);
+  auto* list = dynamic_cast<Box*>(form.FindControl(L"list"));
+  // 300 pixels in 100: the track 10..90, a thumb of 80 × 100 ÷ 300 = 26 with 54 to move in.
+  ASSERT_EQ(list->GetVScrollBarRect(), (UiRect{190, 0, 200, 100}));
+  const std::wstring png = ProgramFolder() + L"window_scroll.png";
+  ASSERT_TRUE(form.RenderToPng(png));
+  {
+    Picture picture(png);
+    EXPECT_EQ(picture.At(195, 20), 0x0000FFu) << "the thumb at the top";
+    EXPECT_EQ(picture.At(195, 40), 0xEEEEEEu) << "the track below it";
+  }
+  POINT at{50, 50};
+  ClientToScreen(hwnd, &at);
+  PostMessageW(hwnd, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), MAKELPARAM(at.x, at.y));
+  ASSERT_TRUE(PumpUntil([&] { return list->GetScrollPos() == 60; })) << "a notch is three lines of 20";
+  ASSERT_TRUE(form.RenderToPng(png));
+  {
+    Picture picture(png);  // the thumb at 10 + 54 × 60 ÷ 200 = 26
+    EXPECT_EQ(picture.At(195, 20), 0xEEEEEEu);
+    EXPECT_EQ(picture.At(195, 45), 0x0000FFu);
+  }
+  DestroyWindow(hwnd);
+}
+
 // Moved to a screen at 150%: the skin's sizes, its fonts and its images follow at once.
 TEST_F(WindowUnderWine, ADpiChangeRescalesTheOpenWindow) {
   TestForm form;
