@@ -12,6 +12,12 @@
 CString CPathTool::UpdateSourceFolder;
 
 namespace {
+bool g_queryOnly = false;
+}  // namespace
+
+void CPathTool::SetQueryOnly(bool queryOnly) { g_queryOnly = queryOnly; }
+
+namespace {
 
 CPathTool::CommandStarter& Starter() {
   static CPathTool::CommandStarter starter = launcher_platform::StartHidden;
@@ -46,7 +52,9 @@ void CPathTool::SetSleeper(Sleeper sleeper) { SleeperFn() = sleeper ? std::move(
 
 CString CPathTool::GetLauncherFolder() { return mivo::common::GetAppPath(); }
 
-CString CPathTool::GetSharedDataFolder() { return mivo::common::GetCommonAppDataPath(); }
+CString CPathTool::GetSharedDataFolder() {
+  return g_queryOnly ? mivo::common::detail::CommonAppDataPath(false) : mivo::common::GetCommonAppDataPath();
+}
 
 CString CPathTool::GetVirtualStoreFolder() {
   if (!mivo::common::detail::IsVistaOrLater()) return CString();
@@ -68,7 +76,7 @@ CString CPathTool::GetUpdateFolderFor(const CString& launcher, bool create) {
   if (shared.CompareNoCase(launcher) == 0) return shared;
   CString folder;
   folder.Format(L"%sUpdate\\%s\\", shared.GetString(), mivo::common::InstallFolderDigest(launcher).GetString());
-  if (create && !IsDirectory(folder)) {
+  if (create && !g_queryOnly && !IsDirectory(folder)) {
     CString parent = shared + L"Update\\";
     if (!IsDirectory(parent)) toolkit::CreateFolder(parent);
     toolkit::CreateFolder(folder);

@@ -34,6 +34,10 @@ class CPathTool {
   static bool EnableFloderEveryOnePrivilegeForcely(const CString& path, bool thisFolderOnly);
   static bool EnableUpdatePathEveryOnePrivilegeForWin7();
 
+  // While set, the folder queries above create nothing (a missing folder is only named):
+  // for a program that looks at an installation without changing it.
+  static void SetQueryOnly(bool queryOnly);
+
   // Where the update is staged when the command line names one ("up"); empty otherwise.
   static CString UpdateSourceFolder;
 

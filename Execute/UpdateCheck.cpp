@@ -38,20 +38,28 @@ void CCheckUpdateProgress::Check() {
     auto next = std::next(it);
     const ModuleVersionRecord& m = it->second;
     if (m.group == L"common" && m.currentversion == m.version) {
+      if (m_evidence) m_evidence->finishedCommon.push_back(it->first);
       modules.erase(it);
-      manifest.Write();  // a failed rewrite is ignored: the check goes on in memory
+      if (!m_evidence) manifest.Write();  // a failed rewrite is ignored: the check goes on in memory
     }
     it = next;
   }
 
   int commonPending = 0, corePending = 0, coreDone = 0;
   for (const auto& [name, m] : modules) {
+    bool notBegun = m.currentversion == m.oldversion;
     if (m.group == L"common") {
-      if (m.currentversion == m.oldversion) ++commonPending;
+      if (notBegun) ++commonPending;
     } else if (m.group == L"core") {
-      if (m.currentversion == m.oldversion) ++corePending;
-      if (m.currentversion == m.version) ++coreDone;
+      if (notBegun) ++corePending;
+      if (m.currentversion == m.version) {
+        ++coreDone;
+        if (m_evidence) m_evidence->coreDone.push_back(name);
+      }
+    } else {
+      continue;
     }
+    if (notBegun && m_evidence) m_evidence->pending.push_back(name);
   }
   if (coreDone > 0 && corePending > 0) {
     m_state = kCoreHalfDone;
@@ -64,13 +72,15 @@ void CCheckUpdateProgress::Check() {
   }
 }
 
-void CheckTargetProgress(UpdateTarget& target, const CString& updateFolder) {
+void CheckTargetProgress(UpdateTarget& target, const CString& updateFolder, ProgressEvidence* evidence) {
   if (!UpdateFlagPresent(target, updateFolder)) {
     target.state = kNothingToDo;
     return;
   }
+  if (evidence) evidence->markerPresent = true;
   CCheckUpdateProgress progress(TargetUpdateFolder(target, updateFolder) + L"UpdateTemp\\StaticUpdateVersion.xml",
                                 CString(), target.state, target.coreDoneCount, target.pendingCount);
+  progress.LookOnly(evidence);
   progress.Check();
   CheckResult r = progress.result();
   target.detail = r.detail;
@@ -79,7 +89,8 @@ void CheckTargetProgress(UpdateTarget& target, const CString& updateFolder) {
   target.pendingCount = r.pendingCount;
 }
 
-PendingUpdates FindPendingUpdates(const CString& launcherFolder, const CString& updateFolder) {
+PendingUpdates FindPendingUpdates(const CString& launcherFolder, const CString& updateFolder,
+                                  std::vector<JudgedTarget>* judged) {
   CString launcher = launcherFolder.IsEmpty() ? CPathTool::GetLauncherFolder() : launcherFolder;
   CString update = updateFolder.IsEmpty() ? CPathTool::GetUpdateFolderFor(launcher, true) : updateFolder;
   UpdateTargetList targets;
@@ -88,7 +99,9 @@ PendingUpdates FindPendingUpdates(const CString& launcherFolder, const CString& 
   PendingUpdates result;
   for (const UpdateTarget& entry : targets) {
     UpdateTarget copy = entry;
-    CheckTargetProgress(copy, update);
+    ProgressEvidence evidence;
+    CheckTargetProgress(copy, update, judged ? &evidence : nullptr);
+    if (judged) judged->push_back({copy, evidence});
     if (copy.state == kUpdatePending) result.pending.push_back(copy);
     else if (copy.state == kCoreHalfDone) result.halfDone.push_back(copy);
   }

@@ -2,6 +2,8 @@
 // Whether an update the update executor began is pending, finished, or has replaced the core
 // components only half way: read from the marker "UpdateTemp\UpdateFlag" and the update list
 // "UpdateTemp\StaticUpdateVersion.xml" in a target's update folder. Failures are silent.
+#include <vector>
+
 #include "Execute/UpdateTarget.h"
 #include "toolkit/CString.h"
 
@@ -27,6 +29,14 @@ struct CheckResult {
   int pendingCount;
 };
 
+// What a check looked at, by component name, for a program that explains it.
+struct ProgressEvidence {
+  bool markerPresent = false;
+  std::vector<CString> finishedCommon;  // finished "common" components that leave the list
+  std::vector<CString> pending;         // not begun (current version is the old one)
+  std::vector<CString> coreDone;        // core components already at the new version
+};
+
 class IProgress {
  public:
   virtual ~IProgress() = default;
@@ -41,6 +51,8 @@ class CCheckUpdateProgress : public IProgress {
   // then counts what is left and decides.
   void Check() override;
   CheckResult result() const { return {m_path, m_detail, m_state, m_coreDoneCount, m_pendingCount}; }
+  // Only looks: the list is not rewritten, and what was found goes into `evidence`.
+  void LookOnly(ProgressEvidence* evidence) { m_evidence = evidence; }
 
  private:
   CString m_path;
@@ -48,10 +60,12 @@ class CCheckUpdateProgress : public IProgress {
   int m_state;
   int m_coreDoneCount;
   int m_pendingCount;
+  ProgressEvidence* m_evidence = nullptr;
 };
 
 // Judges one target in place: its state, detail and counts.
-void CheckTargetProgress(UpdateTarget& target, const CString& updateFolder);
+// With `evidence` it only looks and says what it found.
+void CheckTargetProgress(UpdateTarget& target, const CString& updateFolder, ProgressEvidence* evidence = nullptr);
 
 // The launch decision's input: every target of the installation in `launcherFolder` (the
 // running launcher's when empty) judged against the update folder (the installation's when
@@ -60,4 +74,10 @@ struct PendingUpdates {
   UpdateTargetList pending;
   UpdateTargetList halfDone;
 };
-PendingUpdates FindPendingUpdates(const CString& launcherFolder = CString(), const CString& updateFolder = CString());
+// With `judged` it only looks, and lists every target with its evidence.
+struct JudgedTarget {
+  UpdateTarget target;
+  ProgressEvidence evidence;
+};
+PendingUpdates FindPendingUpdates(const CString& launcherFolder = CString(), const CString& updateFolder = CString(),
+                                  std::vector<JudgedTarget>* judged = nullptr);

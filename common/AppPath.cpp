@@ -21,7 +21,7 @@ void EnsureFolder(const CString& folder) {
 
 // The data folder `sub` (one or two levels) under a shell folder, or the install folder
 // on systems without one.
-CString DataFolder(int csidl, const CString& parentSub, const CString& sub) {
+CString DataFolder(int csidl, const CString& parentSub, const CString& sub, bool create = true) {
   if (detail::IsVistaOrLater()) {
     CString base;
     int found = detail::GetShellFolder(csidl, base);
@@ -29,7 +29,7 @@ CString DataFolder(int csidl, const CString& parentSub, const CString& sub) {
     if (found > 0 && !base.IsEmpty()) {
       CString result;
       result.Format(L"%s\\%s", base.GetString(), sub.GetString());
-      if (!IsFolderExist(result)) {
+      if (create && !IsFolderExist(result)) {
         if (!parentSub.IsEmpty()) {
           CString parent;
           parent.Format(L"%s\\%s", base.GetString(), parentSub.GetString());
@@ -62,6 +62,8 @@ void InitCommonAppPath() { GetAppPath(); }
 CString GetAppDataPath() { return DataFolder(26, L"Tarnell", L"Tarnell\\Mivo\\"); }
 
 CString GetCommonAppDataPath() { return DataFolder(35, CString(), L"TarnellMIVO\\"); }
+
+CString detail::CommonAppDataPath(bool create) { return DataFolder(35, CString(), L"TarnellMIVO\\", create); }
 
 CString GetUpdatePath(bool create) {
   CString common = GetCommonAppDataPath();

@@ -27,6 +27,8 @@ namespace detail {
 // data) or 35 (all users).
 int GetShellFolder(int csidl, CString& folder);
 bool IsVistaOrLater();  // an NT system of major version 6 or later
+// GetCommonAppDataPath, creating the folder only when asked to.
+CString CommonAppDataPath(bool create);
 }  // namespace detail
 
 }  // namespace mivo::common

@@ -63,7 +63,8 @@ ITrace_imp* ITrace_imp::GetInstance() {
   if (!g_instance) {
     mivo::common::InitCommonAppPath();
     try {
-      g_instance = new ITrace_imp(mivo::common::GetAppPath() + L"logs\\");
+      // opened at its first line: a process that never traces leaves no log (nor folder)
+      g_instance = new ITrace_imp(mivo::common::GetAppPath() + L"logs\\", false);
     } catch (...) {
       g_instance = nullptr;
     }
@@ -71,11 +72,10 @@ ITrace_imp* ITrace_imp::GetInstance() {
   return g_instance;
 }
 
-ITrace_imp::ITrace_imp(const CString& logFolder) {
-  if (!mivo::common::IsFolderExist(logFolder)) toolkit::CreateFolder(logFolder);
+ITrace_imp::ITrace_imp(const CString& logFolder, bool openNow) : m_folder(logFolder) {
   m_path.Format(L"%s%s_%s.%s", logFolder.GetString(), L"trace_log", toolkit::FormatLocalTime(L"%Y_%m_%d").GetString(), L"txt");
   m_sizeLimit = kSizeLimit;
-  OpenFile();
+  if (openNow) OpenFile();
 }
 
 ITrace_imp::~ITrace_imp() {
@@ -95,6 +95,7 @@ ITrace_imp::~ITrace_imp() {
 }
 
 void ITrace_imp::OpenFile() {
+  if (!mivo::common::IsFolderExist(m_folder)) toolkit::CreateFolder(m_folder);
   CFileException error;
   bool opened = m_file.Open(m_path, kOpenFlags, &error) != FALSE;
   if (opened) {

@@ -24,9 +24,10 @@ class MIVO_COMMON_API ITrace_imp : public ITrace {
   // The one instance, made on first call under a global lock; null if it cannot be made.
   static ITrace_imp* GetInstance();
 
-  // Writes under `logFolder` (ending in "\"), created if missing. The instance behind
-  // g_ITrace uses the install folder's "logs\".
-  explicit ITrace_imp(const CString& logFolder);
+  // Writes under `logFolder` (ending in "\"), created if missing, at once or (openNow false)
+  // with the first line. The instance behind g_ITrace uses the install folder's "logs\" and
+  // opens with its first line.
+  explicit ITrace_imp(const CString& logFolder, bool openNow = true);
   ~ITrace_imp() override;
 
   void Trace(int level, bool flush, const wchar_t* format, ...) override;
@@ -41,6 +42,7 @@ class MIVO_COMMON_API ITrace_imp : public ITrace {
   void AddDequeData(const wchar_t* line, size_t length, bool flush);
 
   CFile m_file;
+  CString m_folder;
   CString m_path;
   int m_isOpen = 0;
   ULONGLONG m_sizeLimit = kSizeLimit;

@@ -106,6 +106,24 @@ TEST(Check, FinishedCommonComponentsLeaveTheListOnDisk) {
   EXPECT_EQ(after.GetModules().begin()->first, L"keep");
 }
 
+// Looking only: the same state, the list untouched, the components named.
+TEST(Check, LookingOnlyLeavesTheListAndNamesTheComponents) {
+  TempDir dir;
+  Staged s(dir);
+  s.List({Module(L"done", L"common", L"1", L"2", L"2"), Module(L"core1", L"core", L"1", L"2", L"2"),
+          Module(L"core2", L"core", L"1", L"1", L"2")});
+  std::string before = Read(TempDir::ToNative(s.ListPath()));
+  ProgressEvidence evidence;
+  CCheckUpdateProgress progress(s.ListPath(), CString(), 0, 0, 0);
+  progress.LookOnly(&evidence);
+  progress.Check();
+  EXPECT_EQ(progress.result().state, kCoreHalfDone);
+  EXPECT_EQ(Read(TempDir::ToNative(s.ListPath())), before);
+  EXPECT_EQ(evidence.finishedCommon, std::vector<CString>{L"done"});
+  EXPECT_EQ(evidence.coreDone, std::vector<CString>{L"core1"});
+  EXPECT_EQ(evidence.pending, std::vector<CString>{L"core2"});
+}
+
 TEST(Check, OnlyOtherGroupsOrNothingMeansNothingToDo) {
   TempDir dir;
   Staged s(dir);
