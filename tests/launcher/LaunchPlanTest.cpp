@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "Execute/ExplainReport.h"
 #include "Execute/LaunchPlan.h"
 
 namespace {
@@ -94,6 +95,26 @@ TEST(LaunchPlan, TokenByIntegrityLevels) {
   };
   for (const auto& r : rows)
     EXPECT_EQ(ChooseToken(r.vista, r.shell, r.known, r.shellLevel, r.ownLevel), r.choice) << TokenChoiceName(r.choice);
+}
+
+// The explainer's own switch leaves the line; a quoted or longer look-alike stays.
+TEST(LaunchPlan, JsonSwitchIsTakenOffTheCommandLine) {
+  const struct {
+    const wchar_t* in;
+    const wchar_t* out;
+    bool taken;
+  } rows[] = {
+      {L"--json", L"", true},
+      {L"--json /open x", L"/open x", true},
+      {L"/open \"chat room\" --json /uid 42", L"/open \"chat room\" /uid 42", true},
+      {L"/open \"a --json b\"", L"/open \"a --json b\"", false},
+      {L"/open --jsonx a--json", L"/open --jsonx a--json", false},
+  };
+  for (const auto& r : rows) {
+    CString line = r.in;
+    EXPECT_EQ(TakeJsonSwitch(line), r.taken) << r.in;
+    EXPECT_EQ(line, CString(r.out));
+  }
 }
 
 }  // namespace
