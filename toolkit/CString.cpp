@@ -27,9 +27,8 @@ std::wstring FromAnsi(const char* ansi) {
 
 CString::CString(const wchar_t* text) : m_str(text ? text : L"") {}
 
-CString::CString(const wchar_t* text, int length) {
-  if (text && length > 0) m_str.assign(text, static_cast<size_t>(length));
-}
+CString::CString(const wchar_t* text, int length)
+    : m_str(text && length > 0 ? std::wstring(text, static_cast<size_t>(length)) : std::wstring()) {}
 
 CString::CString(const char* ansi) : m_str(FromAnsi(ansi)) {}
 

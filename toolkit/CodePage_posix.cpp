@@ -164,8 +164,12 @@ bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, std::w
 bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, CString& out) {
   out.Empty();
   if (length == 0) return true;
+  if (Resolve(codePage) == 65001 && length <= 256) {  // short text: on the stack first, then one allocation
+    wchar_t buffer[256];                              // a byte never gives more than one character
+    out = CString(buffer, static_cast<int>(Utf8ToWide(bytes, length, buffer)));
+    return true;
+  }
   if (Resolve(codePage) == 65001 && length <= static_cast<size_t>(INT_MAX)) {
-    // a byte never gives more than one character
     size_t n = Utf8ToWide(bytes, length, out.GetBufferSetLength(static_cast<int>(length)));
     out.ReleaseBuffer(static_cast<int>(n));
     return true;

@@ -22,6 +22,9 @@ int ToWide(unsigned codePage, const char* bytes, int length, wchar_t* buffer, Gr
   return n;
 }
 
+// Text up to this many bytes is converted on the stack, then copied into a string of its size.
+constexpr size_t kStackUnits = 256;
+
 }  // namespace
 
 bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, std::wstring& out) {
@@ -41,6 +44,15 @@ bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, CStrin
   out.Empty();
   if (length == 0) return true;
   if (length > INT_MAX) return false;
+  if (length <= kStackUnits) {  // short text: on the stack first, then one allocation of its size
+    wchar_t buffer[kStackUnits];
+    int n = MultiByteToWideChar(codePage, 0, bytes, static_cast<int>(length), buffer, static_cast<int>(length));
+    if (n > 0) {
+      out = CString(buffer, n);
+      return true;
+    }
+    if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return false;
+  }
   int n = ToWide(codePage, bytes, static_cast<int>(length), out.GetBufferSetLength(static_cast<int>(length)),
                  [&](int need) { return out.GetBufferSetLength(need); });
   out.ReleaseBuffer(n > 0 ? n : 0);
