@@ -1,8 +1,8 @@
 // Emptying a folder tree under Wine: the library's EmptyFolder (what the launcher's
 // EmptyFolderTree calls) against a bare FindFirstFileW/FindNextFileW walk that calls
 // DeleteFileW and RemoveDirectoryW. The tree (100 small files in each of its folders) is
-// built before each timed run, untimed, and checked to be gone after it. Median of 5 runs
-// of each, alternating.
+// built before each timed run, untimed, and checked to be gone after it. Median of 7 runs
+// of each, alternating in both orders.
 #include <windows.h>
 
 #include <string>
@@ -57,13 +57,21 @@ int main() {
   std::wstring scratch = winbench::ScratchFolder(L"mivo_delete_wine_bench");
   std::wstring root = scratch + L"\\tree";
   std::vector<double> ours, bare;
-  for (int run = 0; run < 5; ++run) {
+  auto runOurs = [&] {
     BuildTree(root);
     ours.push_back(winbench::Milliseconds([&] { mivo::common::EmptyFolder(CString(root.c_str()), 1, 1); }));
-    if (!Gone(root)) return std::fprintf(stderr, "delete_wine_bench: EmptyFolder left the tree\n"), 1;
+    return Gone(root);
+  };
+  auto runBare = [&] {
     BuildTree(root);
     bare.push_back(winbench::Milliseconds([&] { BareWalk(root); }));
-    if (!Gone(root)) return std::fprintf(stderr, "delete_wine_bench: the bare walk left the tree\n"), 1;
+    return Gone(root);
+  };
+  for (int run = 0; run < 7; ++run) {
+    // in turn and in both orders, so that the machine's ups and downs fall on both
+    bool first = run % 2 ? runOurs() : runBare();
+    bool second = run % 2 ? runBare() : runOurs();
+    if (!first || !second) return std::fprintf(stderr, "delete_wine_bench: a walk left the tree\n"), 1;
   }
   RemoveDirectoryW(scratch.c_str());
   double o = winbench::Median(ours), b = winbench::Median(bare);
