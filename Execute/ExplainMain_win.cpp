@@ -302,6 +302,10 @@ int wmain(int, wchar_t**) {
                                                              : "an integrity level could not be read: nothing would start";
     e["token"]["reason"] = why;
     if (token != TokenChoice::kPlain && token != TokenChoice::kShellToken) problems.append(why);
+    // the client is started by command line alone: the system searches for it as it would
+    wchar_t clientPath[MAX_PATH] = {};
+    if (!SearchPathW(nullptr, L"MyMivo.exe", nullptr, MAX_PATH, clientPath, nullptr))
+      problems.append("MyMivo.exe is not found: the client would not start");
     if (plan.action == PlanAction::kUpdateThenClient && !mivo::common::IsFileExist(plan.executorFile))
       problems.append(U(L"the update executor is missing: " + plan.executorFile));
   }

@@ -20,6 +20,49 @@ run() {  # run CASE [args...]
   out=$("$here/run_case.sh" "$@" 2>&1)
   local rc=$?
   [ $rc = 0 ] || fail "run_case.sh exited $rc: $out"
+  explained_as_done
+}
+
+# MivoExplain.exe ran first (run_case.sh): it changed nothing, and the launcher did what it
+# said: the same program with the same command line, or the same account forwarded to.
+explained_as_done() {
+  local doc kind
+  doc=$(printf '%s\n' "$out" | awk '/^== explain /{f=1; next} /^== /{f=0} f')
+  [ -n "$doc" ] || return 0
+  printf '%s\n' "$out" | grep -q '^== explain-changed$' &&
+    fail "the explanation changed files: $(printf '%s\n' "$out" | awk '/^== explain-changed/{f=1; next} /^== /{f=0} f')"
+  kind=$(jq -r .action.kind <<<"$doc") || { fail "the explanation is no JSON document: $doc"; return; }
+  local client update
+  client=$(jq -r .action.clientCommandLine <<<"$doc")
+  update="\"$(jq -r .action.executorFile <<<"$doc")\" $(jq -r .action.executorParameters <<<"$doc")"
+  case "$kind" in
+    startClient | updateThenClient)
+      [ "$(count_of client)" = 0 ] || [ "$(lines_of client)" = "$client" ] ||
+        fail "explained client [$client], started [$(lines_of client)]"
+      if [ "$kind" = startClient ]; then
+        [ "$(count_of update)" = 0 ] || fail "explained no update, the executor ran"
+      else
+        [ "$(count_of update)" = 1 ] || [ ! -f "$work/$current/install/UpdateExec.exe" ] ||
+          fail "explained an update, the executor ran $(count_of update) times"
+        [ "$(count_of update)" = 0 ] || [ "$(lines_of update)" = "$update" ] ||
+          fail "explained executor [$update], started [$(lines_of update)]"
+      fi
+      # whatever the plan starts, it starts when the explanation foresaw no problem on the way
+      if [ "$(jq -r .token.kind <<<"$doc")" = plain ] && [ -f "$work/$current/install/MyMivo.exe" ] &&
+        [ -z "${MIVO_E2E_UPDATE_CRASH:-}" ] && [ "$(jq '.problems | length' <<<"$doc")" = 0 ]; then
+        [ "$(count_of client)" = 1 ] || fail "explained a client start, $(count_of client) happened"
+      fi ;;
+    forward)
+      local account; account=$(jq -r .action.account <<<"$doc")
+      [ "$(count_of client)$(count_of update)" = 00 ] || fail "explained a forward, a program was started"
+      local got; got=$(printf '%s\n' "$out" | awk -F'\t' '$1 ~ /^forward:/ { sub(/^forward:/, "", $1); print $1 }' | sort -u)
+      [ -z "$got" ] || [ "$got" = "$account" ] || fail "explained a forward to $account, it went to $got"
+      [ -n "$got" ] || printf '%s\n' "$out" | grep -q 'not forwarded' || fail "explained a forward to $account, none happened" ;;
+    showWindow)
+      [ "$(count_of client)$(count_of update)" = 00 ] || fail "explained the window, a program was started"
+      printf '%s\n' "$out" | grep -qF 'usertype is 3' || fail "explained the window, the launcher did not ask" ;;
+    *) fail "explained action [$kind]" ;;
+  esac
 }
 
 # strings: the English string table, for MIVO_E2E_SETUP

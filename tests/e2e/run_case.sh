@@ -17,6 +17,10 @@
 #   MIVO_E2E_USER         steps for fake_user.exe (also in MIVO_E2E_BIN), the person at the
 #                         login-user window: started with the launcher, it waits for the
 #                         window and clicks through it ("row:1 remember ok", "cancel", ...)
+#   MIVO_EXPLAIN_EXE      MivoExplain.exe (default: beside MIVO_START_EXE); when it exists it is
+#                         installed too and run with --json and the same arguments just before
+#                         the launcher, unless a client hangs (its request would hold that
+#                         client for the launcher's run too)
 #   MIVO_E2E_SETUP        shell command run in the installation folder before the launcher
 #                         (string tables, start files, ...); CASE_DIR and WINEPREFIX are set
 #   MIVO_E2E_TIMEOUT      seconds the launcher may run (default 60)
@@ -24,6 +28,8 @@
 #   MIVO_E2E_UPDATE_MS, MIVO_E2E_UPDATE_CRASH, MIVO_E2E_CLIENT_MS reach the helpers unchanged.
 #
 # Standard output, in this order:
+#   == explain <file>         then MivoExplain.exe's JSON document, when it ran
+#   == explain-changed        then the entries it added, removed or changed, if any
 #   == launcher-exit <code>
 #   == record <file>          then the record lines: role TAB ms TAB pid TAB command line
 #   == trace <file>           then the file, for each logs/trace_log_*.txt of the installation
@@ -120,6 +126,8 @@ MIVO_E2E_RECORD=$(windows_path "$record")
 mkdir -p "$install"
 cp "$MIVO_START_EXE" "$install/MivoStart.exe"
 cp "$MIVO_E2E_BIN/MyMivo.exe" "$MIVO_E2E_BIN/UpdateExec.exe" "$install/"
+explain_exe=${MIVO_EXPLAIN_EXE:-$(dirname "$MIVO_START_EXE")/MivoExplain.exe}
+[ ! -f "$explain_exe" ] || cp "$explain_exe" "$install/MivoExplain.exe"
 if [ -n "${MIVO_E2E_SETUP:-}" ]; then
   (cd "$install" && CASE_DIR=$case_dir bash -c "$MIVO_E2E_SETUP") || { echo "run_case.sh: MIVO_E2E_SETUP failed" >&2; exit 2; }
 fi
@@ -173,6 +181,30 @@ for entry in "${clients[@]}"; do
   done
 done
 
+# The explanation first, on the same installation and with the same clients: what it says must
+# be what the launcher then does, and it must change no file. What the clients record while
+# it asks them goes to explain-record.txt, so the record holds the launcher's run alone.
+explain_json=$case_dir/explain.json
+explain_changes=$case_dir/explain-changes.txt
+listing() {
+  local d
+  for d in "$install" "$prefix/drive_c/ProgramData" "$prefix"/drive_c/users/*/AppData/Local/VirtualStore; do
+    if [ -d "$d" ]; then find "$d" -printf '%p %s %T@\n'; fi
+  done | sort
+}
+explained=0
+if [ -f "$install/MivoExplain.exe" ] && [[ " ${clients[*]} " != *:hang* ]]; then
+  listing >"$case_dir/before.txt"
+  recorded=$(stat -c %s "$record")
+  (cd "$install" && timeout -k 5 60 "$wine" "$install/MivoExplain.exe" --json "$@" </dev/null >"$explain_json" 2>>"$winelog") ||
+    echo "run_case.sh: MivoExplain.exe failed" >&2
+  tail -c +$((recorded + 1)) "$record" >"$case_dir/explain-record.txt"
+  truncate -s "$recorded" "$record"
+  listing >"$case_dir/after.txt"
+  diff "$case_dir/before.txt" "$case_dir/after.txt" | grep '^[<>]' >"$explain_changes" || true
+  explained=1
+fi
+
 user_pid=
 if [ -n "${MIVO_E2E_USER:-}" ]; then
   read -r -a user_steps <<<"$MIVO_E2E_USER"
@@ -224,6 +256,14 @@ print_file() {
   cat "$1"
   if [ -s "$1" ] && [ -n "$(tail -c1 "$1")" ]; then echo; fi
 }
+if [ "$explained" = 1 ]; then
+  echo "== explain $explain_json"
+  print_file "$explain_json"
+  if [ -s "$explain_changes" ]; then
+    echo "== explain-changed"
+    print_file "$explain_changes"
+  fi
+fi
 echo "== launcher-exit $launcher_exit"
 echo "== record $record"
 print_file "$record"
