@@ -121,7 +121,7 @@ std::string RenderExplanation(const Json::Value& e) {
   }
 
   if (e.isMember("clients")) {
-    out += "\n" + T(L"STRID_EXPLAIN_CLIENTS") + ":\n";
+    out += "\n" + T(L"STRID_EXPLAIN_CLIENTS") + ":" + (e["clients"].empty() ? " " + T(L"STRID_EXPLAIN_NONE") : "") + "\n";
     for (const Json::Value& client : e["clients"]) {
       out += "  " + client["account"].asString();
       if (!client["admitted"].asBool())
