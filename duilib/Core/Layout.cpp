@@ -142,33 +142,39 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
   };
   // First pass: what the fixed children and the margins take, and how many stretch.
   int count = 0, stretches = 0, fixed = 0;
-  bool allPlain = records != nullptr;  // then the second pass needs no control at all
-  for (size_t i = 0; i < n; ++i) {
-    const UiRect* m;
-    int estimate, minimum, maximum;
-    if (const LayoutRecord* r = plain(i)) {
-      if (axis.vertical && r->Has(LayoutRecord::kPredicate)) allPlain = false;
-      if ((r->flags & (LayoutRecord::kVisible | LayoutRecord::kFloat)) != LayoutRecord::kVisible) continue;
-      m = &r->margin;
-      estimate = axis.Along(UiSize{r->fixedWidth, r->fixedHeight});
-      minimum = axis.MinAlong(*r);
-      maximum = axis.MaxAlong(*r);
-    } else {
-      allPlain = false;
-      if (!records) PrefetchChild(items, i);
-      Control* child = items[i];
-      if (!TakesPart(child)) continue;
-      m = &child->GetMargin();
-      estimate = axis.Along(child->EstimateSize(space));
-      minimum = axis.MinAlong(child);
-      maximum = axis.MaxAlong(child);
-    }
+  auto takesPart = [&](const UiRect& m, int estimate, int minimum, int maximum) {
     ++count;
-    fixed += axis.Before(*m) + axis.After(*m);
+    fixed += axis.Before(m) + axis.After(m);
     if (estimate == DUI_LENGTH_STRETCH)
       ++stretches;
     else
       fixed += ClampAlong(estimate, minimum, maximum);
+  };
+  auto measureControl = [&](Control* child) {
+    if (!TakesPart(child)) return;
+    const UiRect& m = child->GetMargin();
+    const int estimate = axis.Along(child->EstimateSize(space));
+    takesPart(m, estimate, axis.MinAlong(child), axis.MaxAlong(child));
+  };
+  bool allPlain = records != nullptr;  // then the second pass needs no control at all
+  if (records) {
+    for (size_t i = 0; i < n; ++i) {
+      const LayoutRecord& r = *(*records)[i];
+      const unsigned flags = r.flags;
+      if (!(flags & LayoutRecord::kPlain)) {
+        allPlain = false;
+        measureControl(items[i]);
+        continue;
+      }
+      if (axis.vertical && (flags & LayoutRecord::kPredicate)) allPlain = false;
+      if ((flags & (LayoutRecord::kVisible | LayoutRecord::kFloat)) != LayoutRecord::kVisible) continue;
+      takesPart(r.margin, axis.Along(UiSize{r.fixedWidth, r.fixedHeight}), axis.MinAlong(r), axis.MaxAlong(r));
+    }
+  } else {
+    for (size_t i = 0; i < n; ++i) {
+      PrefetchChild(items, i);
+      measureControl(items[i]);
+    }
   }
   fixed += childMargin * (count - 1);
   int per = 0;
