@@ -39,9 +39,14 @@ bool Control::DrawImage(IRenderContext& render, const std::wstring& description)
   if (image.file.empty()) return false;
   const UiRect& pos = GetPos();
   UiRect dest = pos;
-  if (image.dest != UiRect{})
-    dest = UiRect{pos.left + image.dest.left, pos.top + image.dest.top, pos.left + image.dest.right,
-                  pos.top + image.dest.bottom};
+  if (image.dest != UiRect{}) {
+    // A place written in the skin's pixels, scaled like the control's own sizes.
+    UiRect at = image.dest;
+    if (GlobalManager::IsDpiScaleEnabled())
+      at = UiRect{GlobalManager::ScaleByDpi(at.left), GlobalManager::ScaleByDpi(at.top),
+                  GlobalManager::ScaleByDpi(at.right), GlobalManager::ScaleByDpi(at.bottom)};
+    dest = UiRect{pos.left + at.left, pos.top + at.top, pos.left + at.right, pos.top + at.bottom};
+  }
   render.DrawImage(dest, image);
   return true;
 }
