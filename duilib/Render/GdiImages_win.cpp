@@ -10,9 +10,11 @@
 #include <cwctype>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "duilib/Render/GdiRender.h"
+#include "duilib/Render/ImageResample.h"
 
 namespace mivo::duilib {
 
@@ -68,6 +70,34 @@ const DecodedImage* LoadImageFile(const std::wstring& path) {
   return (cache[key] = std::move(image)).get();
 }
 
+// A piece of an image stretched to a size, resampled smoothly once and kept while it is drawn
+// at that size. The pieces of a window are few; what grows past the bound (a window resized
+// many times) is dropped and made again when needed.
+constexpr size_t kMaxStretchedPixels = size_t{4} << 20;
+
+const OffscreenBitmap* StretchedPiece(const std::wstring& path, const DecodedImage& image, const UiRect& source,
+                                      UiSize size) {
+  static std::map<std::wstring, std::unique_ptr<OffscreenBitmap>> cache;
+  static size_t pixels = 0;
+  const std::wstring key = path + L"|" + std::to_wstring(source.left) + L"," + std::to_wstring(source.top) + L"," +
+                           std::to_wstring(source.right) + L"," + std::to_wstring(source.bottom) + L"|" +
+                           std::to_wstring(size.cx) + L"x" + std::to_wstring(size.cy);
+  auto found = cache.find(key);
+  if (found != cache.end()) return found->second.get();
+  const std::vector<uint32_t> resampled =
+      ResampleBilinear(image.pixels.GetBits(), image.pixels.GetWidth(), source, size);
+  auto bitmap = std::make_unique<OffscreenBitmap>(size.cx, size.cy);
+  if (resampled.empty() || !bitmap->IsValid()) return nullptr;
+  std::copy(resampled.begin(), resampled.end(), const_cast<uint32_t*>(bitmap->GetBits()));
+  const size_t added = resampled.size();
+  if (pixels + added > kMaxStretchedPixels) {
+    cache.clear();
+    pixels = 0;
+  }
+  pixels += added;
+  return (cache[key] = std::move(bitmap)).get();
+}
+
 bool FindPngEncoder(CLSID& clsid) {
   UINT count = 0, bytes = 0;
   if (Gdiplus::GetImageEncodersSize(&count, &bytes) != Gdiplus::Ok || bytes == 0) return false;
@@ -92,12 +122,20 @@ void GdiRenderContext::DrawImage(const UiRect& dest, const ImageDescription& ima
   UiRect source = image.source == UiRect{} ? UiRect{0, 0, width, height} : image.source;
   source = UiRect{std::max(source.left, 0), std::max(source.top, 0), std::min(source.right, width),
                   std::min(source.bottom, height)};
-  // AlphaBlend stretches each piece from its own pixels only, and keeps to the DC's clip.
+  // AlphaBlend draws each piece at its size and keeps to the DC's clip; a piece that stretches
+  // (a scaled skin, a nine-grid edge) is first resampled smoothly from its own pixels.
   BLENDFUNCTION blend{AC_SRC_OVER, 0, static_cast<BYTE>(image.alpha), AC_SRC_ALPHA};
   for (const ImagePiece& piece : SplitImage(source, dest, image.corner)) {
-    GdiAlphaBlend(m_dc, piece.dest.left, piece.dest.top, piece.dest.GetWidth(), piece.dest.GetHeight(),
-                  decoded->pixels.GetDC(), piece.source.left, piece.source.top, piece.source.GetWidth(),
-                  piece.source.GetHeight(), blend);
+    const UiSize size{piece.dest.GetWidth(), piece.dest.GetHeight()};
+    const OffscreenBitmap* from = &decoded->pixels;
+    UiRect part = piece.source;
+    if (size.cx != part.GetWidth() || size.cy != part.GetHeight()) {
+      from = StretchedPiece(image.file, *decoded, part, size);
+      part = UiRect{0, 0, size.cx, size.cy};
+    }
+    if (!from) continue;
+    GdiAlphaBlend(m_dc, piece.dest.left, piece.dest.top, size.cx, size.cy, from->GetDC(), part.left, part.top,
+                  part.GetWidth(), part.GetHeight(), blend);
   }
 }
 

@@ -1,14 +1,19 @@
 // Scaling a skin to the screen's DPI: which attributes are pixels and how their values scale,
-// and a window that changes scale while open applies the skin's own values again.
+// a window that changes scale while open applies the skin's own values again, and images
+// stretch smoothly from their own pixels.
 #include "duilib/Core/DpiScale.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdint>
+#include <vector>
 
 #include "duilib/Core/Box.h"
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/Label.h"
 #include "duilib/Core/Window.h"
 #include "duilib/Core/WindowBuilder.h"
+#include "duilib/Render/ImageResample.h"
 
 namespace {
 
@@ -76,6 +81,30 @@ TEST(DpiScale, AWindowRescaledWhileOpenAppliesTheSkinsOwnValues) {
   EXPECT_EQ(name->GetMargin(), (UiRect{6, 0, 0, 0}));
   EXPECT_EQ(window.FindControl(L"row")->GetFixedHeight(), 96);
   EXPECT_EQ(name->GetPos(), (UiRect{20 + 6, 12, 20 + 6 + 202, 96 - 12}));
+}
+
+TEST(DpiScale, ImagesStretchSmoothlyFromTheirOwnPixelsOnly) {
+  using Pixels = std::vector<uint32_t>;
+  const Pixels ramp{0xFF000000, 0xFFFFFFFF};
+  const Pixels rgb{0xFFFF0000, 0xFF00FF00, 0xFF0000FF};
+  const Pixels flat(4, 0x80402010);  // premultiplied, half transparent
+  struct Row {
+    const Pixels* image;
+    int width;
+    UiRect source;
+    UiSize size;
+    Pixels expected;
+  };
+  const Row rows[] = {
+      {&ramp, 2, {0, 0, 2, 1}, {4, 1}, {0xFF000000, 0xFF404040, 0xFFBFBFBF, 0xFFFFFFFF}},
+      {&ramp, 2, {0, 0, 2, 1}, {2, 1}, ramp},                                 // its own size: unchanged
+      {&rgb, 3, {1, 0, 2, 1}, {3, 1}, {0xFF00FF00, 0xFF00FF00, 0xFF00FF00}},  // no red, no blue bleeds in
+      {&flat, 2, {0, 0, 2, 2}, {3, 1}, Pixels(3, 0x80402010)},                // one colour stays exact
+      {&ramp, 2, {0, 0, 2, 1}, {0, 1}, {}},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(ResampleBilinear(row.image->data(), row.width, row.source, row.size), row.expected)
+        << row.size.cx << "x" << row.size.cy;
 }
 
 }  // namespace
