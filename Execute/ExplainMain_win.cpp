@@ -286,7 +286,8 @@ int wmain(int, wchar_t**) {
     }
   }
   if (launch) {
-    StartPlan plan = PlanStart(found, silent, commandLine, launcher, update, CurrentUserSid);
+    StartPlan plan = PlanStart(
+        found, silent, commandLine, launcher, [&] { return update; }, CurrentUserSid);
     action["kind"] = U(PlanActionName(plan.action));
     action["clientCommandLine"] = U(plan.clientCommandLine);
     action["executorFile"] = U(plan.executorFile);
@@ -295,11 +296,12 @@ int wmain(int, wchar_t**) {
     DWORD shellPid = 0;
     TokenChoice token = ProbeDesktopToken(shellPid);
     e["token"]["kind"] = U(TokenChoiceName(token));
-    const char* why = token == TokenChoice::kShellToken  ? "the launcher runs elevated and the desktop shell does not"
-                      : token == TokenChoice::kPlain     ? "no de-elevation needed at these integrity levels"
-                      : token == TokenChoice::kNoShell   ? "no desktop shell window: nothing would start"
-                      : token == TokenChoice::kShellElevated ? "the shell runs elevated and the launcher does not: nothing would start"
-                                                             : "an integrity level could not be read: nothing would start";
+    const char* why = token == TokenChoice::kShellToken ? "the launcher runs elevated and the desktop shell does not"
+                      : token == TokenChoice::kPlain    ? "no de-elevation needed at these integrity levels"
+                      : token == TokenChoice::kNoShell  ? "no desktop shell window: nothing would start"
+                      : token == TokenChoice::kShellElevated
+                          ? "the shell runs elevated and the launcher does not: nothing would start"
+                          : "an integrity level could not be read: nothing would start";
     e["token"]["reason"] = why;
     if (token != TokenChoice::kPlain && token != TokenChoice::kShellToken) problems.append(why);
     // the client is started by command line alone: the system searches for it as it would

@@ -16,7 +16,8 @@ const struct {
     {L"STRID_EXPLAIN_FOLDERS", L"Folders"},
     {L"STRID_EXPLAIN_UPDATE_SOURCE", L"Update source"},
     {L"STRID_EXPLAIN_RULE", L"chosen by"},
-    {L"STRID_EXPLAIN_EVENT_HELD", L"Another launcher holds \"MIVO6 Start Running Event\": this one would exit silently"},
+    {L"STRID_EXPLAIN_EVENT_HELD",
+     L"Another launcher holds \"MIVO6 Start Running Event\": this one would exit silently"},
     {L"STRID_EXPLAIN_CLEANUP", L"Shared-folder clean-up"},
     {L"STRID_EXPLAIN_CLEANUP_SKIPPED", L"skipped"},
     {L"STRID_EXPLAIN_WOULD_DELETE", L"would delete"},
@@ -70,7 +71,8 @@ bool TakeJsonSwitch(CString& commandLine) {
     wchar_t c = commandLine[i];
     if (c == L'"') quoted = !quoted;
     if (quoted || c != L'-' || (i > 0 && commandLine[i - 1] != L' ' && commandLine[i - 1] != L'\t')) continue;
-    if (commandLine.Mid(i, 6) != L"--json" || (i + 6 < length && commandLine[i + 6] != L' ' && commandLine[i + 6] != L'\t'))
+    if (commandLine.Mid(i, 6) != L"--json" ||
+        (i + 6 < length && commandLine[i + 6] != L' ' && commandLine[i + 6] != L'\t'))
       continue;
     int from = i;
     while (from > 0 && (commandLine[from - 1] == L' ' || commandLine[from - 1] == L'\t')) --from;
@@ -121,7 +123,8 @@ std::string RenderExplanation(const Json::Value& e) {
   }
 
   if (e.isMember("clients")) {
-    out += "\n" + T(L"STRID_EXPLAIN_CLIENTS") + ":" + (e["clients"].empty() ? " " + T(L"STRID_EXPLAIN_NONE") : "") + "\n";
+    out +=
+        "\n" + T(L"STRID_EXPLAIN_CLIENTS") + ":" + (e["clients"].empty() ? " " + T(L"STRID_EXPLAIN_NONE") : "") + "\n";
     for (const Json::Value& client : e["clients"]) {
       out += "  " + client["account"].asString();
       if (!client["admitted"].asBool())

@@ -9,11 +9,16 @@ constexpr unsigned long kMediumIntegrity = 0x2000;
 
 const wchar_t* PlanActionName(PlanAction action) {
   switch (action) {
-    case PlanAction::kExitSilently: return L"exit";
-    case PlanAction::kStartClient: return L"startClient";
-    case PlanAction::kUpdateThenClient: return L"updateThenClient";
-    case PlanAction::kForward: return L"forward";
-    case PlanAction::kShowWindow: return L"showWindow";
+    case PlanAction::kExitSilently:
+      return L"exit";
+    case PlanAction::kStartClient:
+      return L"startClient";
+    case PlanAction::kUpdateThenClient:
+      return L"updateThenClient";
+    case PlanAction::kForward:
+      return L"forward";
+    case PlanAction::kShowWindow:
+      return L"showWindow";
   }
   return L"";
 }
@@ -46,24 +51,29 @@ HandOverPlan PlanHandOver(int userType, const RunningClientMap& clients, const C
 }
 
 StartPlan PlanStart(const PendingUpdates& found, bool silent, const CString& arguments, const CString& launcherFolder,
-                    const CString& updateFolder, const std::function<CString()>& sid) {
+                    const std::function<CString()>& updateFolder, const std::function<CString()>& sid) {
   StartPlan plan;
   plan.clientCommandLine = BuildClientCommandLine(arguments);
   if (DecideLaunch(found, silent) == LaunchAction::kStartClient) return plan;
   plan.action = PlanAction::kUpdateThenClient;
   plan.executorFile = launcherFolder + L"UpdateExec.exe";
-  plan.executorParameters = BuildUpdateExecParameters(arguments, updateFolder, sid());
+  plan.executorParameters = BuildUpdateExecParameters(arguments, updateFolder(), sid());
   plan.waitForExecutor = true;
   return plan;
 }
 
 const wchar_t* TokenChoiceName(TokenChoice choice) {
   switch (choice) {
-    case TokenChoice::kPlain: return L"plain";
-    case TokenChoice::kShellToken: return L"shellToken";
-    case TokenChoice::kNoShell: return L"noShell";
-    case TokenChoice::kLevelUnknown: return L"levelUnknown";
-    case TokenChoice::kShellElevated: return L"shellElevated";
+    case TokenChoice::kPlain:
+      return L"plain";
+    case TokenChoice::kShellToken:
+      return L"shellToken";
+    case TokenChoice::kNoShell:
+      return L"noShell";
+    case TokenChoice::kLevelUnknown:
+      return L"levelUnknown";
+    case TokenChoice::kShellElevated:
+      return L"shellElevated";
   }
   return L"";
 }

@@ -28,16 +28,16 @@ const wchar_t* PlanActionName(PlanAction action);
 // when no client runs.
 struct HandOverPlan {
   PlanAction action = PlanAction::kStartClient;
-  int userType = 1;             // after the skin rule
-  CString account;              // kForward
-  std::vector<CString> rows;    // kShowWindow: accounts in the order the window lists them
-  CString preselected;          // kShowWindow: the row selected first
+  int userType = 1;           // after the skin rule
+  CString account;            // kForward
+  std::vector<CString> rows;  // kShowWindow: accounts in the order the window lists them
+  CString preselected;        // kShowWindow: the row selected first
 };
 HandOverPlan PlanHandOver(int userType, const RunningClientMap& clients, const CString& lastUser,
                           const std::function<bool()>& skinReadable);
 
 // The launch decision: the client's command line, and the update executor's file and
-// parameters when it runs first. `sid` is asked only when the executor runs.
+// parameters when it runs first. `updateFolder` and `sid` are asked only when the executor runs.
 struct StartPlan {
   PlanAction action = PlanAction::kStartClient;
   CString clientCommandLine;  // started with no application name, so found on the search path
@@ -46,16 +46,16 @@ struct StartPlan {
   bool waitForExecutor = false;
 };
 StartPlan PlanStart(const PendingUpdates& found, bool silent, const CString& arguments, const CString& launcherFolder,
-                    const CString& updateFolder, const std::function<CString()>& sid);
+                    const std::function<CString()>& updateFolder, const std::function<CString()>& sid);
 
 // How a program is started on this system: with the desktop shell's token when the launcher
 // runs elevated and the shell does not, plainly when their levels allow, or not at all.
 enum class TokenChoice {
-  kPlain,           // CreateProcessW with the launcher's own token
-  kShellToken,      // de-elevated: the shell's token, duplicated
-  kNoShell,         // no "Progman" window: nothing starts
-  kLevelUnknown,    // an integrity level could not be read: nothing starts
-  kShellElevated,   // the shell runs elevated and the launcher does not: nothing starts
+  kPlain,          // CreateProcessW with the launcher's own token
+  kShellToken,     // de-elevated: the shell's token, duplicated
+  kNoShell,        // no "Progman" window: nothing starts
+  kLevelUnknown,   // an integrity level could not be read: nothing starts
+  kShellElevated,  // the shell runs elevated and the launcher does not: nothing starts
 };
 const wchar_t* TokenChoiceName(TokenChoice choice);
 // `levelsKnown` is false when either integrity level could not be read.

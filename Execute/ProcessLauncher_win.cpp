@@ -225,6 +225,6 @@ void RunLaunchDecision(bool silent, int showCommand) {
     g_ITrace->Trace(3, true, L"listRecoverComponentData size is %d,listUpdateComponentData size is %d, bSilent is %d",
                     static_cast<int>(found.pending.size()), static_cast<int>(found.halfDone.size()), silent ? 1 : 0);
   CarryOutStart(PlanStart(found, silent, GetLaunchArguments(), CPathTool::GetLauncherFolder(),
-                          CPathTool::GetUpdateFolder(false), CurrentUserSid),
+                          [] { return CPathTool::GetUpdateFolder(false); }, CurrentUserSid),
                 showCommand);
 }

@@ -19,14 +19,15 @@ TEST(LaunchPlan, HandOverByUserType) {
     const wchar_t* lastUser;
     PlanAction action;
     int finalType;
-    const wchar_t* account;      // forward target, or the preselected row
+    const wchar_t* account;  // forward target, or the preselected row
     size_t rows;
   } rows[] = {
       {1, true, {}, L"", PlanAction::kStartClient, 1, L"", 0},
       {2, true, Clients({L"a@qq.com"}), L"", PlanAction::kForward, 2, L"a@qq.com", 0},
       {4, true, Clients({L"a@qq.com", L"b@qq.com"}), L"b@qq.com", PlanAction::kForward, 4, L"b@qq.com", 0},
       // the window lists every client in account order, the last user preselected
-      {3, true, Clients({L"c@qq.com", L"a@qq.com", L"b@qq.com"}), L"b@qq.com", PlanAction::kShowWindow, 3, L"b@qq.com", 3},
+      {3, true, Clients({L"c@qq.com", L"a@qq.com", L"b@qq.com"}), L"b@qq.com", PlanAction::kShowWindow, 3, L"b@qq.com",
+       3},
       {3, true, Clients({L"c@qq.com", L"a@qq.com"}), L"gone@qq.com", PlanAction::kShowWindow, 3, L"a@qq.com", 2},
       // no skin to ask with: as when no client runs
       {3, false, Clients({L"a@qq.com", L"b@qq.com"}), L"", PlanAction::kStartClient, 1, L"", 0},
@@ -63,10 +64,12 @@ TEST(LaunchPlan, StartWaitsOnTheExecutorOnlyForAPendingUpdate) {
   };
   for (const auto& r : rows) {
     int sidAsked = 0;
-    StartPlan plan = PlanStart(*r.found, r.silent, L"/open x", L"C:\\app\\", L"C:\\up\\", [&] {
-      ++sidAsked;
-      return CString(L"S-1-5-21-0-0-0-1000");
-    });
+    StartPlan plan = PlanStart(
+        *r.found, r.silent, L"/open x", L"C:\\app\\", [] { return CString(L"C:\\up\\"); },
+        [&] {
+          ++sidAsked;
+          return CString(L"S-1-5-21-0-0-0-1000");
+        });
     EXPECT_EQ(plan.action, r.action);
     EXPECT_EQ(plan.clientCommandLine, L"MyMivo.exe /sf \"5C1D7E20-94AB-4f63-8E2D-17B0C3A9F456\" /open x");
     bool update = r.action == PlanAction::kUpdateThenClient;
