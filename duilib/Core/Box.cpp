@@ -90,6 +90,7 @@ bool Box::AddAt(Control* child, size_t index) {
   m_records.insert(m_records.begin() + static_cast<std::ptrdiff_t>(index), child->m_geo);
   child->m_geo->Set(LayoutRecord::kPlain, KeepsPlaceHolderLayout(*child));
   child->SetWindow(GetWindow(), this);
+  m_layout->ChildrenChanged();
   // A subtree that still waits to be laid out must be found from above.
   if (childBox && (childBox->m_needsArrange || childBox->m_pendingBelow)) MarkPendingBelow();
   Arrange();
@@ -101,6 +102,7 @@ bool Box::Remove(Control* child) {
   if (found == m_items.end()) return false;
   m_records.erase(m_records.begin() + (found - m_items.begin()));
   m_items.erase(found);
+  m_layout->ChildrenChanged();
   delete child;
   Arrange();
   return true;
@@ -110,6 +112,7 @@ void Box::RemoveAll() {
   std::vector<Control*> items;
   items.swap(m_items);
   m_records.clear();
+  m_layout->ChildrenChanged();
   for (Control* child : items) delete child;
   Arrange();
 }

@@ -131,7 +131,7 @@ UiSize StackMeasure(const Axis<kVertical>& axis, const std::vector<Control*>& it
 // and every child without records, through their virtual operations.
 template <bool kVertical>
 UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& items,
-                    const std::vector<LayoutRecord*>* records, UiRect rc, int childMargin) {
+                    const std::vector<LayoutRecord*>* records, Layout::FirstPass& cache, UiRect rc, int childMargin) {
   const UiSize space{rc.GetWidth(), rc.GetHeight()};
   const int length = axis.Along(space), breadth = axis.Across(space);
   const size_t n = items.size();
@@ -157,7 +157,11 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
     takesPart(m, estimate, axis.MinAlong(child), axis.MaxAlong(child));
   };
   bool allPlain = records != nullptr;  // then the second pass needs no control at all
-  if (records) {
+  if (records && cache.valid) {
+    count = cache.count;
+    stretches = cache.stretches;
+    fixed = cache.fixed;
+  } else if (records) {
     for (size_t i = 0; i < n; ++i) {
       const LayoutRecord& r = *(*records)[i];
       const unsigned flags = r.flags;
@@ -170,6 +174,7 @@ UiSize StackArrange(const Axis<kVertical>& axis, const std::vector<Control*>& it
       if ((flags & (LayoutRecord::kVisible | LayoutRecord::kFloat)) != LayoutRecord::kVisible) continue;
       takesPart(r.margin, axis.Along(UiSize{r.fixedWidth, r.fixedHeight}), axis.MinAlong(r), axis.MaxAlong(r));
     }
+    if (allPlain) cache = Layout::FirstPass{true, count, stretches, fixed};
   } else {
     for (size_t i = 0; i < n; ++i) {
       PrefetchChild(items, i);
@@ -350,7 +355,7 @@ UiSize VLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize avai
 }
 
 UiSize VLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  return StackArrange(Axis<true>{}, items, RecordsFor(m_owner, items), rc, m_childMargin);
+  return StackArrange(Axis<true>{}, items, RecordsFor(m_owner, items), m_firstPass, rc, m_childMargin);
 }
 
 UiSize HLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize available) {
@@ -358,7 +363,7 @@ UiSize HLayout::AjustSizeByChild(const std::vector<Control*>& items, UiSize avai
 }
 
 UiSize HLayout::ArrangeChild(const std::vector<Control*>& items, UiRect rc) {
-  return StackArrange(Axis<false>{}, items, RecordsFor(m_owner, items), rc, m_childMargin);
+  return StackArrange(Axis<false>{}, items, RecordsFor(m_owner, items), m_firstPass, rc, m_childMargin);
 }
 
 }  // namespace mivo::duilib

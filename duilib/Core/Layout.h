@@ -38,6 +38,15 @@ class MIVO_COMMON_API Layout {
   // The size the children need within `available`, padding included.
   virtual UiSize AjustSizeByChild(const std::vector<Control*>& items, UiSize available);
 
+  // What the first pass of a stacking layout found over the owner's children when all of
+  // them were plain (their sizes then do not depend on the space), kept until one changes.
+  struct FirstPass {
+    bool valid = false;
+    int count = 0, stretches = 0, fixed = 0;
+  };
+  // A child of the owner changed what the layouts read of it, or children came or went.
+  void ChildrenChanged() { m_firstPass.valid = false; }
+
   // The float rule: the child at its estimated size (stretch fills the container less its
   // margin), placed by its alignment and margin inside `container`. Returns the size given.
   static UiSize SetFloatPos(Control* child, UiRect container);
@@ -47,6 +56,7 @@ class MIVO_COMMON_API Layout {
   // them out), else null.
   static const std::vector<LayoutRecord*>* RecordsFor(const Box* owner, const std::vector<Control*>& items);
 
+  FirstPass m_firstPass;
   Box* m_owner = nullptr;
   UiRect m_padding;
   int m_childMargin = 0;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "duilib/Core/Box.h"
@@ -65,12 +66,14 @@ void PlaceHolder::SetVisible(bool visible) {
   if (m_geo->Has(LayoutRecord::kVisible) == visible) return;
   Invalidate();  // what it covered shows again when it hides
   m_geo->Set(LayoutRecord::kVisible, visible);
+  LayoutInputChanged();
   ArrangeAncestor();
 }
 
 void PlaceHolder::SetFloat(bool isFloat) {
   if (m_geo->Has(LayoutRecord::kFloat) == isFloat) return;
   m_geo->Set(LayoutRecord::kFloat, isFloat);
+  LayoutInputChanged();
   ArrangeAncestor();
 }
 
@@ -78,6 +81,7 @@ void PlaceHolder::SetFloat(bool isFloat) {
   void PlaceHolder::Name(int value) { \
     if (field == value) return;       \
     field = value;                    \
+    LayoutInputChanged();             \
     ArrangeAncestor();                \
   }
 MIVO_SIZE_SETTER(SetFixedWidth, m_geo->fixedWidth)
@@ -91,7 +95,18 @@ MIVO_SIZE_SETTER(SetMaxHeight, m_geo->maxHeight)
 void PlaceHolder::SetMargin(const UiRect& margin) {
   if (m_geo->margin == margin) return;
   m_geo->margin = margin;
+  LayoutInputChanged();
   ArrangeAncestor();
+}
+
+void PlaceHolder::SetPlacementPredicate(std::function<bool()> predicate) {
+  m_placementPredicate = std::move(predicate);
+  m_geo->Set(LayoutRecord::kPredicate, static_cast<bool>(m_placementPredicate));
+  LayoutInputChanged();
+}
+
+void PlaceHolder::LayoutInputChanged() {
+  if (m_parent) m_parent->GetLayout()->ChildrenChanged();
 }
 
 UiSize PlaceHolder::EstimateSize(UiSize) { return UiSize{m_geo->fixedWidth, m_geo->fixedHeight}; }

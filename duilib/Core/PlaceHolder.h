@@ -105,10 +105,7 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
   virtual void SetPos(UiRect pos);
 
   // An optional test a vertical layout asks before it places the control; false skips it.
-  void SetPlacementPredicate(std::function<bool()> predicate) {
-    m_placementPredicate = std::move(predicate);
-    m_geo->Set(LayoutRecord::kPredicate, static_cast<bool>(m_placementPredicate));
-  }
+  void SetPlacementPredicate(std::function<bool()> predicate);
   const std::function<bool()>& GetPlacementPredicate() const { return m_placementPredicate; }
 
   // Asks its window for a repaint of the control's rectangle.
@@ -121,6 +118,9 @@ class MIVO_COMMON_API PlaceHolder : public virtual nbase::SupportWeakCallback {
  private:
   friend class Box;
   friend class Layout;
+
+  // Tells the box holding the control that what its layout reads of it changed.
+  void LayoutInputChanged();
 
   LayoutRecord* m_geo;  // from the pool, for the control's whole life
   Window* m_window = nullptr;

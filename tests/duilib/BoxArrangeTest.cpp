@@ -70,5 +70,34 @@ TEST(BoxArrange, OverridesAndPredicatesAreStillAsked) {
   EXPECT_EQ(skipped->GetPos(), (UiRect{0, 25, 50, 35}));
 }
 
+// A box keeps what its first pass measured while its children stay as they are: every change
+// a layout reads must be seen by the next one.
+TEST(BoxArrange, ChangingAChildIsSeenByTheNextLayout) {
+  struct Row {
+    const char* what;
+    void (*change)(Control*);
+    UiRect stretch;  // where the stretch child below it goes
+  } rows[] = {
+      {"height", [](Control* c) { c->SetFixedHeight(30); }, {0, 30, 50, 100}},
+      {"hidden", [](Control* c) { c->SetVisible(false); }, {0, 0, 50, 100}},
+      {"margin", [](Control* c) { c->SetMargin(UiRect{0, 5, 0, 5}); }, {0, 20, 50, 100}},
+      {"float", [](Control* c) { c->SetFloat(true); }, {0, 0, 50, 100}},
+      {"predicate", [](Control* c) { c->SetPlacementPredicate([] { return false; }); }, {0, 0, 50, 90}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    VBox box;
+    box.SetPos(UiRect{0, 0, 50, 100});
+    Control* fixed = Fixed(10);
+    auto* stretch = new Control();
+    box.Add(fixed);
+    box.Add(stretch);
+    ASSERT_EQ(stretch->GetPos(), (UiRect{0, 10, 50, 100}));
+    row.change(fixed);
+    box.SetPos(UiRect{0, 0, 50, 100});
+    EXPECT_EQ(stretch->GetPos(), row.stretch);
+  }
+}
+
 }  // namespace
 }  // namespace mivo::duilib
