@@ -3,7 +3,6 @@
 // timing). 48 bytes of mixed ASCII and Chinese, as paths and names are. Medians of the CPU
 // time of several runs (the work is all in this thread, and a shared machine's waits stay
 // out), pinned to one core by the caller (taskset -c 1).
-#include <benchmark/benchmark.h>
 #include <unicode/utf8.h>
 
 #include <cstdio>
@@ -11,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/BenchRows.h"
 #include "common/Conversion.h"
 
 namespace {
@@ -53,15 +53,6 @@ void IcuU8Next(benchmark::State& state) {
   }
 }
 
-class RowReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const auto& run : runs)
-      if (run.aggregate_name == "median") median[run.run_name.function_name] = run.GetAdjustedCPUTime();
-    ConsoleReporter::ReportRuns(runs);
-  }
-  std::map<std::string, double> median;  // nanoseconds
-};
 
 }  // namespace
 
@@ -73,18 +64,12 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "conversion_bench: the two conversions disagree\n");
     return 1;
   }
-  std::vector<char*> args(argv, argv + argc);
-  char interleave[] = "--benchmark_enable_random_interleaving=true";
-  args.push_back(interleave);
-  int count = static_cast<int>(args.size());
-  benchmark::Initialize(&count, args.data());
-  RowReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
+  bench_rows::MedianReporter reporter(true);
+  bench_rows::RunInterleaved(argc, argv, reporter);
   double mivo = reporter.median["Utf8ToCString"], icu = reporter.median["IcuU8Next"];
   if (mivo <= 0 || icu <= 0) return 1;
   double ratio = mivo / icu;
-  std::printf("ROW|UTF-8 to wide, 48-byte strings (native)|%.1f ns|ICU U8_NEXT loop: %.1f ns|%.2fx|<= 1.2x|%s\n", mivo, icu, ratio,
-              ratio <= 1.2 ? "yes" : "no");
+  bench_rows::PrintRow("UTF-8 to wide, 48-byte strings (native)", bench_rows::Text("%.1f ns", mivo),
+                       bench_rows::Text("ICU U8_NEXT loop: %.1f ns", icu), ratio, 1.2);
   return 0;
 }

@@ -2,7 +2,6 @@
 // calls) against `rm -rf` on the same tree, 20,000 small files in 200 folders on tmpfs.
 // The tree is built before each timed run (untimed) and checked to be gone after it.
 // Medians of several runs, pinned to one core by the caller (taskset -c 1).
-#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/stat.h>
@@ -16,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/BenchRows.h"
 #include "common/FileUtil.h"
 #include "toolkit/FileSys.h"
 
@@ -79,15 +79,6 @@ void RmRf(benchmark::State& state) {
   }
 }
 
-class RowReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const auto& run : runs)
-      if (run.aggregate_name == "median") median[run.run_name.function_name] = run.GetAdjustedRealTime();
-    ConsoleReporter::ReportRuns(runs);
-  }
-  std::map<std::string, double> median;  // milliseconds
-};
 
 }  // namespace
 
@@ -95,19 +86,13 @@ BENCHMARK(MivoEmptyFolder)->Iterations(1)->Repetitions(7)->ReportAggregatesOnly(
 BENCHMARK(RmRf)->Iterations(1)->Repetitions(7)->ReportAggregatesOnly(true)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-  std::vector<char*> args(argv, argv + argc);
-  char interleave[] = "--benchmark_enable_random_interleaving=true";
-  args.push_back(interleave);
-  int count = static_cast<int>(args.size());
-  benchmark::Initialize(&count, args.data());
-  RowReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
+  bench_rows::MedianReporter reporter;
+  bench_rows::RunInterleaved(argc, argv, reporter);
   fs::remove_all(kRoot);
   double mivo = reporter.median["MivoEmptyFolder"], rm = reporter.median["RmRf"];
   if (mivo <= 0 || rm <= 0) return 1;
   double ratio = mivo / rm;
-  std::printf("ROW|emptying a tree of 20,000 files in 200 folders (native, tmpfs)|%.1f ms|rm -rf: %.1f ms|%.2fx|<= 1.2x|%s\n", mivo,
-              rm, ratio, ratio <= 1.2 ? "yes" : "no");
+  bench_rows::PrintRow("emptying a tree of 20,000 files in 200 folders (native, tmpfs)", bench_rows::Text("%.1f ms", mivo),
+                       bench_rows::Text("rm -rf: %.1f ms", rm), ratio, 1.2);
   return 0;
 }

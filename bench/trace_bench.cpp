@@ -3,7 +3,6 @@
 // the same text with the same "\r\n" line end and the same time stamp into a fresh file;
 // this is checked before anything is timed. Medians of several runs, the two interleaved,
 // pinned to one core by the caller (taskset -c 1). Prints the goal row at the end.
-#include <benchmark/benchmark.h>
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/spdlog.h>
@@ -17,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/BenchRows.h"
 #include "common/Trace.h"
 #include "toolkit/FileSys.h"
 
@@ -104,15 +104,6 @@ void SpdlogFlushEachLine(benchmark::State& state) {
 }
 
 // Keeps the medians and prints the goal row.
-class RowReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const auto& run : runs)
-      if (run.aggregate_name == "median") median[run.run_name.function_name] = run.GetAdjustedRealTime();
-    ConsoleReporter::ReportRuns(runs);
-  }
-  std::map<std::string, double> median;  // milliseconds per run of kLines lines
-};
 
 }  // namespace
 
@@ -129,19 +120,14 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "trace_bench: the trace log and spdlog do not write the same lines\n");
     return 1;
   }
-  std::vector<char*> args(argv, argv + argc);
-  char interleave[] = "--benchmark_enable_random_interleaving=true";
-  args.push_back(interleave);
-  int count = static_cast<int>(args.size());
-  benchmark::Initialize(&count, args.data());
-  RowReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
+  bench_rows::MedianReporter reporter;
+  bench_rows::RunInterleaved(argc, argv, reporter);
   fs::remove_all(kRoot);
   double mivo = reporter.median["MivoTrace"], spd = reporter.median["SpdlogFlushEachLine"];
   if (mivo <= 0 || spd <= 0) return 1;
   double ratio = mivo / spd;
-  std::printf("ROW|trace log, one line per call, each line written to the OS (native, tmpfs)|%.0f ns/line|spdlog, flush every line: %.0f ns/line|%.2fx|<= 1x|%s\n",
-              mivo * 1e6 / kLines, spd * 1e6 / kLines, ratio, ratio <= 1.0 ? "yes" : "no");
+  bench_rows::PrintRow("trace log, one line per call, each line written to the OS (native, tmpfs)",
+                       bench_rows::Text("%.0f ns/line", mivo * 1e6 / kLines),
+                       bench_rows::Text("spdlog, flush every line: %.0f ns/line", spd * 1e6 / kLines), ratio, 1.0);
   return 0;
 }
