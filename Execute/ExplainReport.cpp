@@ -5,46 +5,6 @@
 
 namespace {
 
-// English texts of the explanation's ids, as shipped in resources/lang/en_US.
-const struct {
-  const wchar_t* id;
-  const wchar_t* text;
-} kEnglish[] = {
-    {L"STRID_EXPLAIN_TITLE", L"What MivoStart.exe would do now, and why"},
-    {L"STRID_EXPLAIN_COMMAND_LINE", L"Command line"},
-    {L"STRID_EXPLAIN_SILENT", L"Silent start (pluginapp, port, uid and key all given)"},
-    {L"STRID_EXPLAIN_FOLDERS", L"Folders"},
-    {L"STRID_EXPLAIN_UPDATE_SOURCE", L"Update source"},
-    {L"STRID_EXPLAIN_RULE", L"chosen by"},
-    {L"STRID_EXPLAIN_EVENT_HELD",
-     L"Another launcher holds \"MIVO6 Start Running Event\": this one would exit silently"},
-    {L"STRID_EXPLAIN_CLEANUP", L"Shared-folder clean-up"},
-    {L"STRID_EXPLAIN_CLEANUP_SKIPPED", L"skipped"},
-    {L"STRID_EXPLAIN_WOULD_DELETE", L"would delete"},
-    {L"STRID_EXPLAIN_FILES", L"files"},
-    {L"STRID_EXPLAIN_BYTES", L"bytes"},
-    {L"STRID_EXPLAIN_TARGETS", L"Update targets"},
-    {L"STRID_EXPLAIN_MARKER", L"marker"},
-    {L"STRID_EXPLAIN_PENDING", L"pending"},
-    {L"STRID_EXPLAIN_CORE_DONE", L"core done"},
-    {L"STRID_EXPLAIN_COMMON_REMOVED", L"finished common components removed from the list"},
-    {L"STRID_EXPLAIN_CLIENTS", L"Running clients"},
-    {L"STRID_EXPLAIN_ADMITTED", L"admitted by the mail-domain rule"},
-    {L"STRID_EXPLAIN_NOT_ADMITTED", L"not admitted by the mail-domain rule"},
-    {L"STRID_EXPLAIN_NO_ANSWER", L"no nickname within the time limit"},
-    {L"STRID_EXPLAIN_STORE", L"start.txt remembers"},
-    {L"STRID_EXPLAIN_USER_TYPE", L"User type"},
-    {L"STRID_EXPLAIN_ACTION", L"Action"},
-    {L"STRID_EXPLAIN_ACTION_EXIT", L"exit at once, doing nothing"},
-    {L"STRID_EXPLAIN_ACTION_START", L"start the client"},
-    {L"STRID_EXPLAIN_ACTION_UPDATE", L"start the update executor, wait for it to end, then start the client"},
-    {L"STRID_EXPLAIN_ACTION_FORWARD", L"forward the command line to"},
-    {L"STRID_EXPLAIN_ACTION_WINDOW", L"show the login-user window with the rows"},
-    {L"STRID_EXPLAIN_TOKEN", L"Token"},
-    {L"STRID_EXPLAIN_PROBLEMS", L"Problems"},
-    {L"STRID_EXPLAIN_NONE", L"none"},
-};
-
 std::string Utf8(const CString& text) { return mivo::common::CString_to_utf8(text); }
 std::string T(const wchar_t* id) { return Utf8(ExplainText(id)); }
 
@@ -58,10 +18,7 @@ std::string Join(const Json::Value& list) {
 
 CString ExplainText(const wchar_t* id) {
   CString text = LauncherText(id);
-  if (!text.IsEmpty()) return text;
-  for (const auto& entry : kEnglish)
-    if (CString(id) == entry.id) return entry.text;
-  return CString(id);
+  return text.IsEmpty() ? CString(id) : text;
 }
 
 bool TakeJsonSwitch(CString& commandLine) {
