@@ -57,7 +57,7 @@ for entry in "${wanted[@]}"; do
   IFS='|' read -r name preset _ command <<<"$entry"
   say "==== run $name"
   start=$(date +%s)
-  out=$(set -o pipefail; taskset -c 1 bash -c "$command" 2>>"$log" | sed 's/\x1b\[[0-9;]*m//g' | tee -a "$log")
+  out=$(set -o pipefail; taskset -c 1 bash -c "$command" 2>>"$log" | sed 's/\x1b\[[0-9;]*m//g; s/\r$//' | tee -a "$log")
   status=$?
   got=$(printf '%s\n' "$out" | grep '^ROW|' || true)
   if [ $status -ne 0 ] || [ -z "$got" ]; then
