@@ -1,3 +1,4 @@
+// Starts programs for the launch plan: the desktop shell's token probed and used, client and executor created.
 #include "Execute/ProcessLauncher.h"
 
 #include <sddl.h>
@@ -132,7 +133,7 @@ void CreateProcessAsDesktopUser(const wchar_t* applicationName, const wchar_t* c
   if (!applicationName && !commandLine) return;
   STARTUPINFOW startup = {};
   startup.cb = 0x44;
-  startup.wShowWindow = static_cast<WORD>(showCommand);  // dwFlags stays 0: not applied, as always
+  startup.wShowWindow = static_cast<WORD>(showCommand);  // dwFlags stays 0, so the system does not apply it
   PROCESS_INFORMATION info = {};
   std::vector<wchar_t> line;
   if (commandLine) line.assign(commandLine, commandLine + wcslen(commandLine) + 1);

@@ -1,3 +1,4 @@
+// The application object: start-up in order, the launch plans carried out, the login-user window's loop.
 #include "Execute/StartApp.h"
 
 #include <shellapi.h>
@@ -51,16 +52,16 @@ CStartApp::CStartApp() : m_reserved(1) {}
 BOOL CStartApp::InitInstance() {
   CStartProfile profile;
   profile.Add(L"program loaded", SinceProcessCreation());
-  // 1. one launcher at a time; a second one leaves without a word
+  // one launcher at a time; a second one leaves without a word
   if (!CreateNamedEventOnce(kStartRunningEvent)) return FALSE;
   profile.Mark(L"event");
-  // 2-4. the command line
+  // the command line
   if (g_ITrace)
     g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmdLineString is %s", m_lpCmdLine ? m_lpCmdLine : L"");
   CCommandLineInfoEx info;
   info.ParseCommandLine(Tokens(m_lpCmdLine));
   bool silent = IsSilentLaunch(info);
-  // 5. where the update is staged
+  // where the update is staged
   CString up, source;
   if (info.Lookup(L"up", up) && !up.IsEmpty()) {
     CPathTool::UpdateSourceFolder = up;
@@ -70,10 +71,10 @@ BOOL CStartApp::InitInstance() {
     if (IsEmptyMarkerFile(source + L"SilentFlag")) CPathTool::UpdateSourceFolder = source;
   }
   profile.Mark(L"command line and update folder");
-  // 6. stale shared data, unless "up" names the launcher's own folder
+  // stale shared data, unless "up" names the launcher's own folder
   if (CPathTool::GetLauncherFolder().CompareNoCase(source) != 0) CPathTool::CleanSharedFolders();
   profile.Mark(L"shared data clean-up");
-  // 7-8. strings and global state
+  // strings and global state
   CMutiLanSupport* strings = CMutiLanSupport::GetInstance();
   strings->LoadLangSetting();
   // the launcher's own texts (window title, buttons, messages), loaded once for the whole run
@@ -86,7 +87,7 @@ BOOL CStartApp::InitInstance() {
     return FALSE;
   }
   profile.Mark(L"global state");
-  // 9. no arguments: straight to the launch decision
+  // no arguments: straight to the launch decision
   if (!m_lpCmdLine || !*m_lpCmdLine) {
     if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance cmd string is empty");
     RunLaunchDecision(silent, m_nCmdShow);
@@ -95,7 +96,7 @@ BOOL CStartApp::InitInstance() {
     profile.Report();
     return FALSE;
   }
-  // 10. with arguments the running clients come first: the window must exist before they
+  // with arguments the running clients come first: the window must exist before they
   // are asked, since their nickname replies are sent to it
   m_pForm = std::make_unique<CStartHideWindowForm>();
   m_pForm->SetFinalMessageHook([this] { OnFormFinalMessage(); });

@@ -1,3 +1,4 @@
+// The login-user window: nickname replies received, its skin built when it must be shown, the user's choice sent on.
 #include "Execute/StartHideWindowForm.h"
 
 #include "Execute/ClientWindows.h"

@@ -1,3 +1,4 @@
+// Builds a form's control tree from its skin when its window is created, for WindowImplBase.
 #include "duilib/Core/WindowImplBase.h"
 
 #include <windows.h>
