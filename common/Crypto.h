@@ -30,13 +30,14 @@ enum CryptoAlgorithm : unsigned int {
   kCipherDES_EDE3_CFB = 0x5000a,
   kCipherDES_EDE3_OFB = 0x5000b,
   kCipherDESX_CBC = 0x5000c,
-  // Added after the original set; nothing above is renumbered.
-  kDigestSHA1 = 0x20002,
-  kDigestSHA256 = 0x20003,
-  kDigestSHA512 = 0x20004,
-  kMacHMAC_SHA1 = 0x30002,
-  kMacHMAC_SHA256 = 0x30003,
-  kMacHMAC_SHA512 = 0x30004,
+  // Added after the original set; nothing above is renumbered, and 0x20002 and 0x30002 stay
+  // unknown (modules written against the original set rely on getting nothing for them).
+  kDigestSHA1 = 0x20003,
+  kDigestSHA256 = 0x20004,
+  kDigestSHA512 = 0x20005,
+  kMacHMAC_SHA1 = 0x30003,
+  kMacHMAC_SHA256 = 0x30004,
+  kMacHMAC_SHA512 = 0x30005,
 };
 
 // Stream ciphers and block ciphers alike. Setup takes a key of exactly KeySize() bytes (RC4:

@@ -53,9 +53,9 @@ TEST(CryptoFactoryTest, OneFactoryOneGenerator) {
 TEST(CryptoFactoryTest, UnknownIdentifiersGiveNothing) {
   for (unsigned int id : {0u, 0x5000du, 0x20000u, 0x10002u, 0x30000u, 0xFFFFFFFFu})
     EXPECT_EQ(nullptr, std::unique_ptr<IStreamCipher>(Factory().createCipher(id)).get()) << std::hex << id;
-  for (unsigned int id : {0x20005u, 0x10000u, 0x30003u, 0u})
+  for (unsigned int id : {0x20002u, 0x20006u, 0x10000u, 0x30003u, 0u})
     EXPECT_EQ(nullptr, std::unique_ptr<IDigest>(Factory().createDigest(id)).get()) << std::hex << id;
-  for (unsigned int id : {0x30005u, 0x20003u}) EXPECT_EQ(nullptr, std::unique_ptr<IMAC>(Factory().createMAC(id)).get());
+  for (unsigned int id : {0x30002u, 0x30006u, 0x20003u}) EXPECT_EQ(nullptr, std::unique_ptr<IMAC>(Factory().createMAC(id)).get());
   for (unsigned int id : {0x40001u, 0u}) EXPECT_EQ(nullptr, std::unique_ptr<IS2K>(Factory().createS2K(id)).get());
   std::unique_ptr<IStreamCipher> desx(Factory().createCipher(kCipherDESX_CBC));
   EXPECT_NE(nullptr, dynamic_cast<CryptoImpl::DESX_CBC*>(desx.get()));
