@@ -12,7 +12,7 @@ namespace {
 const wchar_t* const kScaledNames[] = {
     L"width",           L"height",           L"minwidth",    L"minheight",   L"maxwidth",       L"maxheight",
     L"margin",          L"padding",          L"childmargin", L"bordersize",  L"leftbordersize", L"topbordersize",
-    L"rightbordersize", L"bottombordersize", L"borderround", L"textpadding", L"scrollbarwidth",
+    L"rightbordersize", L"bottombordersize", L"borderround", L"textpadding", L"scrollbarwidth", L"itemsize",
 };
 
 int64_t Scale(int64_t value, int percent) {

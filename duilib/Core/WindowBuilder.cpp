@@ -14,6 +14,7 @@
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/Label.h"
 #include "duilib/Core/ListBox.h"
+#include "duilib/Core/TileLayout.h"
 #include "duilib/Core/Option.h"
 #include "duilib/Core/SkinPath.h"
 #include "duilib/Core/Window.h"
@@ -83,6 +84,7 @@ Control* MakeControl(const std::string& tag) {
       {"Box", []() -> Control* { return new Box(); }},
       {"VBox", []() -> Control* { return new VBox(); }},
       {"HBox", []() -> Control* { return new HBox(); }},
+      {"TileBox", []() -> Control* { return new TileBox(); }},
       {"Label", []() -> Control* { return new Label(); }},
       {"LabelBox", []() -> Control* { return new LabelBox(); }},
       {"Button", []() -> Control* { return new Button(); }},

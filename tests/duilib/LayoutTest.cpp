@@ -5,6 +5,7 @@
 
 #include "duilib/Core/Box.h"
 #include "duilib/Core/Layout.h"
+#include "duilib/Core/TileLayout.h"
 
 namespace mivo::duilib {
 namespace {
@@ -223,6 +224,38 @@ TEST(BoxTest, NoLoopsAndNoTreeDeeperThanTheLimit) {
   EXPECT_FALSE(inside->Add(island));  // its own ancestor
   EXPECT_FALSE(island->Add(island));
   delete island;
+}
+
+TEST(TileLayoutTest, CellsFillRowsInOrder) {
+  const Child stretch{}, tall{DUI_LENGTH_STRETCH, 30}, short10{DUI_LENGTH_STRETCH, 10};
+  struct Row {
+    const wchar_t *itemsize, *columns;
+    std::initializer_list<Child> children;
+    Rects expected;
+    UiSize used, needed;  // needed: AjustSizeByChild for a width of 100, no padding
+  } rows[] = {
+      // 30x20 cells, 5 between: three fit in 100 (3*30 + 2*5), the fourth starts a row
+      {L"30,20", L"", {stretch, stretch, stretch, stretch},
+       {{0, 0, 30, 20}, {35, 0, 65, 20}, {70, 0, 100, 20}, {0, 25, 30, 45}}, {100, 45}, {100, 45}},
+      // two columns share 100 less the margin; a row is its tallest fixed height, else square
+      {L"", L"2", {tall, short10, stretch},
+       {{0, 0, 47, 30}, {52, 0, 99, 30}, {0, 35, 47, 82}}, {100, 82}, {99, 82}},
+      // a child's margin shrinks it inside its cell; invisible ones take no cell
+      {L"40,40", L"", {{DUI_LENGTH_STRETCH, DUI_LENGTH_STRETCH, UiRect{2, 3, 4, 5}}, {.visible = false}, stretch},
+       {{2, 3, 36, 35}, {0, 0, 0, 0}, {45, 0, 85, 40}}, {100, 40}, {85, 40}},
+      // a cell wider than the box still makes one column
+      {L"150,10", L"", {stretch, stretch}, {{0, 0, 150, 10}, {0, 15, 150, 25}}, {100, 25}, {150, 25}},
+  };
+  for (const Row& row : rows) {
+    Children kids(row.children);
+    TileLayout layout;
+    layout.SetAttribute(L"childmargin", L"5");
+    if (*row.itemsize) layout.SetAttribute(L"itemsize", row.itemsize);
+    if (*row.columns) layout.SetAttribute(L"columns", row.columns);
+    EXPECT_EQ(row.used, layout.ArrangeChild(kids.items, UiRect{0, 0, 100, 200})) << row.itemsize << row.columns;
+    EXPECT_EQ(row.expected, kids.Rects()) << row.itemsize << row.columns;
+    EXPECT_EQ(row.needed, layout.AjustSizeByChild(kids.items, UiSize{100, 200})) << row.itemsize << row.columns;
+  }
 }
 
 }  // namespace
