@@ -32,7 +32,7 @@ using namespace mivo::duilib;
 constexpr int kChildren = 10'000;
 
 // What the layout reads from a child, as plain data.
-struct Spec {
+struct ChildShape {
   int width, height;
   UiRect margin;
   int minWidth, minHeight, maxWidth, maxHeight;
@@ -40,10 +40,10 @@ struct Spec {
 };
 
 // A mix of fixed and stretch sizes, margins, limits and alignments, the same for both sides.
-std::vector<Spec> Specs(bool vertical) {
-  std::vector<Spec> specs(kChildren);
+std::vector<ChildShape> ChildShapes(bool vertical) {
+  std::vector<ChildShape> shapes(kChildren);
   for (int i = 0; i < kChildren; ++i) {
-    Spec& s = specs[i];
+    ChildShape& s = shapes[i];
     const int along = i % 4 == 0 ? DUI_LENGTH_STRETCH : 18 + i % 5;
     const int across = i % 3 == 0 ? DUI_LENGTH_STRETCH : 100 + i % 50;
     s.width = vertical ? across : along;
@@ -54,7 +54,7 @@ std::vector<Spec> Specs(bool vertical) {
     s.halign = i % 3;
     s.valign = (i / 3) % 3;
   }
-  return specs;
+  return shapes;
 }
 
 // Two content rectangles with room for the stretch children, the second larger both ways.
@@ -63,10 +63,10 @@ UiRect Space(bool vertical, int which) {
   return vertical ? UiRect{0, 0, 800 + which, 30 * kChildren + grow} : UiRect{0, 0, 30 * kChildren + grow, 200 + which};
 }
 
-std::vector<Control*> MakeControls(const std::vector<Spec>& specs) {
+std::vector<Control*> MakeControls(const std::vector<ChildShape>& shapes) {
   std::vector<Control*> controls;
-  controls.reserve(specs.size());
-  for (const Spec& s : specs) {
+  controls.reserve(shapes.size());
+  for (const ChildShape& s : shapes) {
     auto* c = new Control();
     c->SetFixedWidth(s.width);
     c->SetFixedHeight(s.height);
@@ -105,13 +105,13 @@ int ClampAcross(int v, int lo, int hi) {
 }
 
 template <bool kVertical>
-void FlatArrange(const std::vector<Spec>& specs, UiRect rc, std::vector<UiRect>& out) {
-  auto along = [](const Spec& s) { return kVertical ? s.height : s.width; };
-  auto across = [](const Spec& s) { return kVertical ? s.width : s.height; };
-  auto minAlong = [](const Spec& s) { return kVertical ? s.minHeight : s.minWidth; };
-  auto maxAlong = [](const Spec& s) { return kVertical ? s.maxHeight : s.maxWidth; };
-  auto minAcross = [](const Spec& s) { return kVertical ? s.minWidth : s.minHeight; };
-  auto maxAcross = [](const Spec& s) { return kVertical ? s.maxWidth : s.maxHeight; };
+void FlatArrange(const std::vector<ChildShape>& shapes, UiRect rc, std::vector<UiRect>& out) {
+  auto along = [](const ChildShape& s) { return kVertical ? s.height : s.width; };
+  auto across = [](const ChildShape& s) { return kVertical ? s.width : s.height; };
+  auto minAlong = [](const ChildShape& s) { return kVertical ? s.minHeight : s.minWidth; };
+  auto maxAlong = [](const ChildShape& s) { return kVertical ? s.maxHeight : s.maxWidth; };
+  auto minAcross = [](const ChildShape& s) { return kVertical ? s.minWidth : s.minHeight; };
+  auto maxAcross = [](const ChildShape& s) { return kVertical ? s.maxWidth : s.maxHeight; };
   auto before = [](const UiRect& m) { return kVertical ? m.top : m.left; };
   auto after = [](const UiRect& m) { return kVertical ? m.bottom : m.right; };
   auto crossBefore = [](const UiRect& m) { return kVertical ? m.left : m.top; };
@@ -120,7 +120,7 @@ void FlatArrange(const std::vector<Spec>& specs, UiRect rc, std::vector<UiRect>&
   const int breadth = kVertical ? rc.GetWidth() : rc.GetHeight();
   const int crossStart = kVertical ? rc.left : rc.top, crossEnd = kVertical ? rc.right : rc.bottom;
   int count = 0, stretches = 0, fixed = 0;
-  for (const Spec& s : specs) {
+  for (const ChildShape& s : shapes) {
     ++count;
     fixed += before(s.margin) + after(s.margin);
     if (along(s) == DUI_LENGTH_STRETCH)
@@ -132,8 +132,8 @@ void FlatArrange(const std::vector<Spec>& specs, UiRect rc, std::vector<UiRect>&
   const int per = stretches > 0 ? std::max(0, (length - fixed) / stretches) : 0;
   int leftover = length - per * stretches - fixed;
   int at = kVertical ? rc.top : rc.left;
-  for (size_t i = 0; i < specs.size(); ++i) {
-    const Spec& s = specs[i];
+  for (size_t i = 0; i < shapes.size(); ++i) {
+    const ChildShape& s = shapes[i];
     int size = along(s);
     if (size == DUI_LENGTH_STRETCH) {
       size = per;
@@ -158,11 +158,11 @@ void FlatArrange(const std::vector<Spec>& specs, UiRect rc, std::vector<UiRect>&
   }
 }
 
-void Flat(bool vertical, const std::vector<Spec>& specs, UiRect rc, std::vector<UiRect>& out) {
+void Flat(bool vertical, const std::vector<ChildShape>& shapes, UiRect rc, std::vector<UiRect>& out) {
   if (vertical)
-    FlatArrange<true>(specs, rc, out);
+    FlatArrange<true>(shapes, rc, out);
   else
-    FlatArrange<false>(specs, rc, out);
+    FlatArrange<false>(shapes, rc, out);
 }
 
 void Require(bool same, const char* what) {
@@ -177,14 +177,14 @@ double Seconds(std::chrono::steady_clock::time_point from) {
 
 // Box::Add of every child, then one position read.
 void BM_BoxAdd(benchmark::State& state, bool vertical) {
-  const std::vector<Spec> specs = Specs(vertical);
+  const std::vector<ChildShape> shapes = ChildShapes(vertical);
   const UiRect rc = Space(vertical, 0);
-  std::vector<UiRect> expected(specs.size());
-  Flat(vertical, specs, rc, expected);
+  std::vector<UiRect> expected(shapes.size());
+  Flat(vertical, shapes, rc, expected);
   for (auto _ : state) {
     std::unique_ptr<Box> box = MakeBox(vertical);
     box->SetPos(rc);
-    std::vector<Control*> controls = MakeControls(specs);
+    std::vector<Control*> controls = MakeControls(shapes);
     const auto start = std::chrono::steady_clock::now();
     for (Control* c : controls) box->Add(c);
     benchmark::DoNotOptimize(controls.back()->GetPos());
@@ -195,13 +195,13 @@ void BM_BoxAdd(benchmark::State& state, bool vertical) {
 
 // The floor: the same children appended to a vector, then laid out once.
 void BM_AppendAndLayout(benchmark::State& state, bool vertical) {
-  const std::vector<Spec> specs = Specs(vertical);
+  const std::vector<ChildShape> shapes = ChildShapes(vertical);
   const UiRect rc = Space(vertical, 0);
-  std::vector<UiRect> expected(specs.size());
-  Flat(vertical, specs, rc, expected);
+  std::vector<UiRect> expected(shapes.size());
+  Flat(vertical, shapes, rc, expected);
   std::unique_ptr<Layout> layout = MakeLayout(vertical);
   for (auto _ : state) {
-    std::vector<Control*> controls = MakeControls(specs);
+    std::vector<Control*> controls = MakeControls(shapes);
     const auto start = std::chrono::steady_clock::now();
     std::vector<Control*> items;
     for (Control* c : controls) items.push_back(c);
@@ -214,14 +214,14 @@ void BM_AppendAndLayout(benchmark::State& state, bool vertical) {
 
 // The built box laid out in each of two rectangles in turn.
 void BM_BoxArrange(benchmark::State& state, bool vertical) {
-  const std::vector<Spec> specs = Specs(vertical);
+  const std::vector<ChildShape> shapes = ChildShapes(vertical);
   std::unique_ptr<Box> box = MakeBox(vertical);
-  std::vector<Control*> controls = MakeControls(specs);
+  std::vector<Control*> controls = MakeControls(shapes);
   for (Control* c : controls) box->Add(c);
-  std::vector<UiRect> expected(specs.size());
+  std::vector<UiRect> expected(shapes.size());
   for (int which : {0, 1}) {
     box->SetPos(Space(vertical, which));
-    Flat(vertical, specs, Space(vertical, which), expected);
+    Flat(vertical, shapes, Space(vertical, which), expected);
     Require(PositionsOf(controls) == expected, "arranging a box");
   }
   const UiRect spaces[2] = {Space(vertical, 0), Space(vertical, 1)};
@@ -235,12 +235,12 @@ void BM_BoxArrange(benchmark::State& state, bool vertical) {
 }
 
 void BM_FlatArrange(benchmark::State& state, bool vertical) {
-  const std::vector<Spec> specs = Specs(vertical);
-  std::vector<UiRect> out(specs.size());
+  const std::vector<ChildShape> shapes = ChildShapes(vertical);
+  std::vector<UiRect> out(shapes.size());
   const UiRect spaces[2] = {Space(vertical, 0), Space(vertical, 1)};
   int which = 0;
   for (auto _ : state) {
-    Flat(vertical, specs, spaces[which], out);
+    Flat(vertical, shapes, spaces[which], out);
     which ^= 1;
     benchmark::DoNotOptimize(out.data());
     benchmark::ClobberMemory();
