@@ -204,10 +204,14 @@ int wmain(int, wchar_t**) {
     t["pending"] = Strings(j.evidence.pending);
     t["coreDone"] = Strings(j.evidence.coreDone);
     t["finishedCommon"] = Strings(j.evidence.finishedCommon);
-    if (j.evidence.markerPresent && j.target.state == kNothingToDo && j.evidence.pending.empty() &&
-        j.evidence.coreDone.empty() && j.evidence.finishedCommon.empty())
-      problems.append(U(L"update list empty, missing or damaged: " + TargetUpdateFolder(j.target, update) +
-                        L"UpdateTemp\\StaticUpdateVersion.xml"));
+    static const char* const kListNames[] = {"read", "missing", "damaged", "empty"};
+    t["list"] = kListNames[static_cast<int>(j.evidence.list)];
+    if (j.evidence.markerPresent && j.evidence.list != ProgressEvidence::List::kRead) {
+      const wchar_t* what = j.evidence.list == ProgressEvidence::List::kMissing ? L"update list missing: "
+                            : j.evidence.list == ProgressEvidence::List::kDamaged ? L"update list damaged: "
+                                                                                  : L"update list empty: ";
+      problems.append(U(what + TargetUpdateFolder(j.target, update) + L"UpdateTemp\\StaticUpdateVersion.xml"));
+    }
     targets.append(t);
   }
   if (updateEmptied && (!found.pending.empty() || !found.halfDone.empty())) {

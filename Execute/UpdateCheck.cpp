@@ -24,9 +24,14 @@ bool UpdateFlagPresent(const UpdateTarget& target, const CString& updateFolder) 
 
 void CCheckUpdateProgress::Check() {
   UpdateVersionManifest manifest(m_path);
-  manifest.Read();
+  const bool read = manifest.Read();
   if (manifest.GetModules().empty()) {
     m_state = kNothingToDo;
+    if (m_evidence)
+      m_evidence->list = read ? ProgressEvidence::List::kEmpty
+                         : toolkit::GetAttributes(m_path) == toolkit::kInvalidAttributes
+                             ? ProgressEvidence::List::kMissing
+                             : ProgressEvidence::List::kDamaged;
     return;
   }
   m_detail = manifest.GetDetail();
@@ -102,8 +107,10 @@ PendingUpdates FindPendingUpdates(const CString& launcherFolder, const CString& 
     ProgressEvidence evidence;
     CheckTargetProgress(copy, update, judged ? &evidence : nullptr);
     if (judged) judged->push_back({copy, evidence});
-    if (copy.state == kUpdatePending) result.pending.push_back(copy);
-    else if (copy.state == kCoreHalfDone) result.halfDone.push_back(copy);
+    if (copy.state == kUpdatePending)
+      result.pending.push_back(copy);
+    else if (copy.state == kCoreHalfDone)
+      result.halfDone.push_back(copy);
   }
   return result;
 }

@@ -31,7 +31,9 @@ struct CheckResult {
 
 // What a check looked at, by component name, for a program that explains it.
 struct ProgressEvidence {
+  enum class List { kRead, kMissing, kDamaged, kEmpty };  // what the update list turned out to be
   bool markerPresent = false;
+  List list = List::kRead;
   std::vector<CString> finishedCommon;  // finished "common" components that leave the list
   std::vector<CString> pending;         // not begun (current version is the old one)
   std::vector<CString> coreDone;        // core components already at the new version

@@ -244,4 +244,27 @@ TEST_F(Installation, PendingAndHalfDoneListsAcrossTargets) {
   EXPECT_EQ(found.pending.front().pendingCount, 1);
 }
 
+// What the explanation says about a marker's list: missing, damaged or empty, never guessed.
+TEST(Check, EvidenceNamesWhatTheListTurnedOutToBe) {
+  TempDir dir;
+  Staged s(dir);
+  const struct {
+    const char* bytes;  // nullptr: no file
+    ProgressEvidence::List list;
+  } rows[] = {{nullptr, ProgressEvidence::List::kMissing},
+              {"<Mivo><Module name=\"a\"", ProgressEvidence::List::kDamaged},
+              {"<Mivo></Mivo>", ProgressEvidence::List::kEmpty},
+              {"<Mivo><Module name=\"a\" group=\"core\" oldversion=\"1\" currentversion=\"1\" version=\"2\"/></Mivo>",
+               ProgressEvidence::List::kRead}};
+  for (const auto& row : rows) {
+    fs::remove(TempDir::ToNative(s.ListPath()));
+    if (row.bytes) Write(TempDir::ToNative(s.ListPath()), row.bytes);
+    ProgressEvidence evidence;
+    CCheckUpdateProgress progress(s.ListPath(), CString(), 0, 0, 0);
+    progress.LookOnly(&evidence);
+    progress.Check();
+    EXPECT_EQ(evidence.list, row.list) << (row.bytes ? row.bytes : "no file");
+  }
+}
+
 }  // namespace
