@@ -22,8 +22,6 @@ using testing_support::Write;
 
 const std::string kMark = "\xFF\xFE";
 
-
-
 std::string Utf16Le(std::u16string_view text) {
   std::string bytes;
   for (char16_t unit : text) {
@@ -222,11 +220,6 @@ TEST(StdioFileEx, FailuresStayInsideExceptTheOpeningConstructor) {
   // reading from a file opened only for writing fails quietly
   CStdioFileEx writer(dir.Path() + L"w.txt", CFile::modeCreate | CFile::modeWrite | CFile::typeText);
   EXPECT_FALSE(writer.ReadString(line));
-}
-
-TEST(StdioFileEx, LocaleCodePageIsTheAnsiOne) {
-  EXPECT_NE(CStdioFileEx::GetCurrentLocaleCodePage(), 0u);
-  EXPECT_EQ(CStdioFileEx::GetCurrentLocaleCodePage(), toolkit::GetAnsiCodePage());
 }
 
 // ---- conversion helpers ----

@@ -82,44 +82,11 @@ TEST(XmlNestingUtf8, CountsWhatTinyXmlNests) {
 // Random texts from pieces of markup that TinyXML reads in peculiar ways: whatever the scan
 // lets through at a limit, TinyXML nests no deeper than that.
 TEST(XmlNestingUtf8, NeverLetsDeeperTextThrough) {
-  const char* const pieces[] = {
-      "<a>",
-      "</a>",
-      "<b>",
-      "</b>",
-      "<a/>",
-      "<a x=\"1\">",
-      "<a x='>'>",
-      " ",
-      "t",
-      "&#x",
-      "41;",
-      "x",
-      "&#",
-      "1",
-      ";",
-      "&amp;",
-      "\"",
-      "'",
-      ">",
-      "<",
-      "/>",
-      "/",
-      "=",
-      "<!--",
-      "-->",
-      "<![CDATA[",
-      "]]>",
-      "<?xml",
-      "?>",
-      " version=",
-      "<!D",
-      "\xEF\xBB\xBF",
-      "\xE4\xB8\xAD",
-      "</",
-      "<a ",
-      "b",
-  };
+  // clang-format off
+  const char* const pieces[] = {"<a>", "</a>", "<b>", "</b>", "<a/>", "<a x=\"1\">", "<a x='>'>", " ", "t", "&#x",
+      "41;", "x", "&#", "1", ";", "&amp;", "\"", "'", ">", "<", "/>", "/", "=", "<!--", "-->", "<![CDATA[", "]]>",
+      "<?xml", "?>", " version=", "<!D", "\xEF\xBB\xBF", "\xE4\xB8\xAD", "</", "<a ", "b"};
+  // clang-format on
   constexpr uint32_t kPieces = sizeof(pieces) / sizeof(pieces[0]);
   uint32_t state = 12345;  // a fixed sequence, the same on every platform
   auto next = [&state] {

@@ -1,7 +1,7 @@
-// packet_tool write|check|list|spoil <file>: writes a fixed packet (nested folders, binary and
+// packet_tool write|check|spoil <file>: writes a fixed packet (nested folders, binary and
 // empty streams, a name outside ASCII, a stream past the small-stream limit), checks that a
-// packet holds exactly that, lists one, or changes one without committing and is then killed
-// by the system. Built natively and for Windows, so each reads what the other wrote.
+// packet holds exactly that, or changes one without committing and is then killed by the
+// system. Built natively and for Windows, so each reads what the other wrote.
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
@@ -44,20 +44,7 @@ const std::vector<Entry>& Expected() {
   return entries;
 }
 
-// the folders of the expected entries, each once
-std::vector<std::wstring> Folders() {
-  std::vector<std::wstring> folders;
-  for (const auto& e : Expected()) {
-    std::wstring path = e.path;
-    for (size_t at = path.find(L'\\'); at != std::wstring::npos; at = path.find(L'\\', at + 1)) {
-      std::wstring folder = path.substr(0, at);
-      bool seen = false;
-      for (const auto& f : folders) seen = seen || f == folder;
-      if (!seen) folders.push_back(folder);
-    }
-  }
-  return folders;
-}
+const std::vector<std::wstring> kFolders = {L"skins", L"skins\\default", L"skins\\dark", L"lang", L"lang\\zh_CN"};
 
 int Fail(const char* what, const wchar_t* path) {
   std::string utf8;
@@ -78,11 +65,10 @@ int CheckPacket(const CString& file) {
   mc::CResourcePacket packet;
   std::vector<mc::ResourcePacketEntry> listed;
   if (!packet.Open(file, false) || !packet.List(listed)) return Fail("cannot open or list", file.GetString());
-  const auto folders = Folders();
-  if (listed.size() != Expected().size() + folders.size()) return Fail("wrong number of entries in", file.GetString());
+  if (listed.size() != Expected().size() + kFolders.size()) return Fail("wrong number of entries in", file.GetString());
   for (const auto& l : listed) {
     bool known = false;
-    for (const auto& f : folders) known = known || (l.folder && f == l.path.GetString());
+    for (const auto& f : kFolders) known = known || (l.folder && f == l.path.GetString());
     for (const auto& e : Expected()) {
       if (l.folder || e.path != std::wstring(l.path.GetString())) continue;
       std::string data;
@@ -110,24 +96,11 @@ int SpoilPacket(const CString& file) {
   return Fail("still alive", file.GetString());
 }
 
-int ListPacket(const CString& file) {
-  mc::CResourcePacket packet;
-  std::vector<mc::ResourcePacketEntry> listed;
-  if (!packet.Open(file, false) || !packet.List(listed)) return Fail("cannot open or list", file.GetString());
-  for (const auto& l : listed) {
-    std::string utf8;
-    toolkit::WideToUtf8(l.path.GetString(), l.path.GetLength(), utf8);
-    std::printf("%s%s %llu\n", utf8.c_str(), l.folder ? "\\" : "", static_cast<unsigned long long>(l.size));
-  }
-  return 0;
-}
-
 int Run(const std::vector<std::wstring>& args) {
   if (args.size() == 2 && args[0] == L"write") return WritePacket(args[1].c_str());
   if (args.size() == 2 && args[0] == L"check") return CheckPacket(args[1].c_str());
-  if (args.size() == 2 && args[0] == L"list") return ListPacket(args[1].c_str());
   if (args.size() == 2 && args[0] == L"spoil") return SpoilPacket(args[1].c_str());
-  std::fprintf(stderr, "usage: packet_tool write|check|list|spoil <file>\n");
+  std::fprintf(stderr, "usage: packet_tool write|check|spoil <file>\n");
   return 2;
 }
 

@@ -38,12 +38,6 @@ TEST(CommandLine, SilentNeedsAllFourSwitches) {
   EXPECT_FALSE(IsSilentLaunch(Parse({})));
 }
 
-TEST(LaunchCommand, TokenAndClientLine) {
-  EXPECT_EQ(GetLaunchToken(), L"/sf \"5C1D7E20-94AB-4f63-8E2D-17B0C3A9F456\"");
-  EXPECT_EQ(BuildClientCommandLine(L"/uid 7"), L"MyMivo.exe /sf \"5C1D7E20-94AB-4f63-8E2D-17B0C3A9F456\" /uid 7");
-  EXPECT_EQ(BuildClientCommandLine(L""), L"MyMivo.exe /sf \"5C1D7E20-94AB-4f63-8E2D-17B0C3A9F456\" ");
-}
-
 TEST(LaunchCommand, ArgumentsFollowTheProgramName) {
   EXPECT_EQ(ExtractLaunchArguments(L"C:\\Mivo\\MivoStart.exe", L"\"C:\\Mivo\\MivoStart.exe\"  /up \"D:\\u\\\"  "),
             L"/up \"D:\\u\\\"");
@@ -65,16 +59,6 @@ TEST(LaunchCommand, UpdateExecutorParameters) {
   EXPECT_EQ(BuildUpdateExecParameters(L"", update.Path(), L"S-1"),
             token + L" /up \"" + update.Path() + L"\" /hky \"S-1\"");
   EXPECT_EQ(BuildUpdateExecParameters(L"/x", update.Path(), L""), token + L" /x");  // arguments win
-}
-
-TEST(LaunchCommand, Decision) {
-  PendingUpdates none, pending, halfDone;
-  pending.pending.emplace_back();
-  halfDone.halfDone.emplace_back();
-  EXPECT_EQ(DecideLaunch(none, false), LaunchAction::kStartClient);
-  EXPECT_EQ(DecideLaunch(pending, false), LaunchAction::kUpdateThenClient);
-  EXPECT_EQ(DecideLaunch(halfDone, false), LaunchAction::kUpdateThenClient);
-  EXPECT_EQ(DecideLaunch(pending, true), LaunchAction::kStartClient);
 }
 
 }  // namespace

@@ -51,8 +51,9 @@ TEST(LaunchPlan, HandOverByUserType) {
 }
 
 TEST(LaunchPlan, StartWaitsOnTheExecutorOnlyForAPendingUpdate) {
-  PendingUpdates none, pending;
+  PendingUpdates none, pending, halfDone;
   pending.pending.push_back(UpdateTarget{});
+  halfDone.halfDone.push_back(UpdateTarget{});
   const struct {
     const PendingUpdates* found;
     bool silent;
@@ -61,6 +62,7 @@ TEST(LaunchPlan, StartWaitsOnTheExecutorOnlyForAPendingUpdate) {
       {&none, false, PlanAction::kStartClient},
       {&pending, true, PlanAction::kStartClient},
       {&pending, false, PlanAction::kUpdateThenClient},
+      {&halfDone, false, PlanAction::kUpdateThenClient},
   };
   for (const auto& r : rows) {
     int sidAsked = 0;

@@ -60,50 +60,57 @@ TEST(Marker, OnlyAnEmptyFileCounts) {
   EXPECT_FALSE(IsEmptyMarkerFile(dir.Path() + L"missing"));
 }
 
-TEST(Check, CoreHalfDoneWins) {
-  TempDir dir;
-  Staged s(dir);
-  s.List({Module(L"a.dll", L"core", L"1", L"2", L"2"), Module(L"b.dll", L"core", L"1", L"1", L"2"),
-          Module(L"c.dll", L"common", L"1", L"1", L"2")});
-  CheckResult r = RunCheck(s.ListPath());
-  EXPECT_EQ(r.state, kCoreHalfDone);
-  EXPECT_EQ(r.coreDoneCount, 1);
-  EXPECT_EQ(r.pendingCount, -9);  // the branch not taken keeps what it was given
-  EXPECT_EQ(r.detail, L"notes");
+// Each row: the staged list, then the state, the done and pending counts (the branch not taken
+// keeps the -7 / -9 it was given) and the components left in the list on disk.
+TEST(Check, StateCountsAndTheListLeftBehind) {
+  const struct {
+    const char* what;
+    std::vector<ModuleVersionRecord> modules;
+    int state, coreDone, pending;
+    size_t left;
+  } rows[] = {
+      {"a half-done core component wins",
+       {Module(L"a.dll", L"core", L"1", L"2", L"2"), Module(L"b.dll", L"core", L"1", L"1", L"2"),
+        Module(L"c.dll", L"common", L"1", L"1", L"2")},
+       kCoreHalfDone, 1, -9, 3},
+      {"three equal versions are done and pending", {Module(L"a.dll", L"core", L"5", L"5", L"5")}, kCoreHalfDone, 1,
+       -9, 1},
+      {"pending counts common and core, exact group names",
+       {Module(L"a", L"core", L"1", L"1", L"2"), Module(L"b", L"common", L"1", L"1", L"2"),
+        Module(L"c", L"common", L"1", L"9", L"2"), Module(L"d", L"Common", L"1", L"1", L"2"),
+        Module(L"e", L"extra", L"1", L"1", L"2")},
+       kUpdatePending, -7, 2, 5},
+      {"finished common components leave the list",
+       {Module(L"done1", L"common", L"1", L"2", L"2"), Module(L"done2", L"common", L"3", L"4", L"4"),
+        Module(L"keep", L"core", L"1", L"2", L"2")},
+       kNothingToDo, -7, -9, 1},
+      {"only other groups", {Module(L"x", L"Core", L"1", L"1", L"2"), Module(L"y", L"tools", L"1", L"1", L"1")},
+       kNothingToDo, -7, -9, 2},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    TempDir dir;
+    Staged s(dir);
+    s.List(row.modules);
+    CheckResult r = RunCheck(s.ListPath());
+    EXPECT_EQ(r.state, row.state);
+    EXPECT_EQ(r.coreDoneCount, row.coreDone);
+    EXPECT_EQ(r.pendingCount, row.pending);
+    if (r.state != kNothingToDo) EXPECT_EQ(r.detail, L"notes");
+    UpdateVersionManifest after(s.ListPath());
+    ASSERT_TRUE(after.Read());
+    EXPECT_EQ(after.GetModules().size(), row.left);
+  }
 }
 
-TEST(Check, OneCoreComponentWithThreeEqualVersionsIsBothDoneAndPending) {
+TEST(Check, MissingOrBrokenListsMeanNothingToDo) {
   TempDir dir;
   Staged s(dir);
-  s.List({Module(L"a.dll", L"core", L"5", L"5", L"5")});
-  CheckResult r = RunCheck(s.ListPath());
-  EXPECT_EQ(r.state, kCoreHalfDone);
-  EXPECT_EQ(r.coreDoneCount, 1);
-}
-
-TEST(Check, PendingCountsCommonAndCore) {
-  TempDir dir;
-  Staged s(dir);
-  s.List({Module(L"a", L"core", L"1", L"1", L"2"), Module(L"b", L"common", L"1", L"1", L"2"),
-          Module(L"c", L"common", L"1", L"9", L"2"), Module(L"d", L"Common", L"1", L"1", L"2"),
-          Module(L"e", L"extra", L"1", L"1", L"2")});
-  CheckResult r = RunCheck(s.ListPath());
-  EXPECT_EQ(r.state, kUpdatePending);
-  EXPECT_EQ(r.pendingCount, 2);
-  EXPECT_EQ(r.coreDoneCount, -7);
-}
-
-TEST(Check, FinishedCommonComponentsLeaveTheListOnDisk) {
-  TempDir dir;
-  Staged s(dir);
-  s.List({Module(L"done1", L"common", L"1", L"2", L"2"), Module(L"done2", L"common", L"3", L"4", L"4"),
-          Module(L"keep", L"core", L"1", L"2", L"2")});
-  CheckResult r = RunCheck(s.ListPath());
-  EXPECT_EQ(r.state, kNothingToDo);
-  UpdateVersionManifest after(s.ListPath());
-  ASSERT_TRUE(after.Read());
-  ASSERT_EQ(after.GetModules().size(), 1u);
-  EXPECT_EQ(after.GetModules().begin()->first, L"keep");
+  EXPECT_EQ(RunCheck(dir.Path() + L"missing.xml").state, kNothingToDo);
+  Write(TempDir::ToNative(s.ListPath()), "<Mivo><Module name=\"a\" group=\"core\"");  // cut short
+  EXPECT_EQ(RunCheck(s.ListPath()).state, kNothingToDo);
+  Write(TempDir::ToNative(s.ListPath()), "");
+  EXPECT_EQ(RunCheck(s.ListPath()).state, kNothingToDo);
 }
 
 // Looking only: the same state, the list untouched, the components named.
@@ -122,36 +129,6 @@ TEST(Check, LookingOnlyLeavesTheListAndNamesTheComponents) {
   EXPECT_EQ(evidence.finishedCommon, std::vector<CString>{L"done"});
   EXPECT_EQ(evidence.coreDone, std::vector<CString>{L"core1"});
   EXPECT_EQ(evidence.pending, std::vector<CString>{L"core2"});
-}
-
-TEST(Check, OnlyOtherGroupsOrNothingMeansNothingToDo) {
-  TempDir dir;
-  Staged s(dir);
-  s.List({Module(L"x", L"Core", L"1", L"1", L"2"), Module(L"y", L"tools", L"1", L"1", L"1")});
-  EXPECT_EQ(RunCheck(s.ListPath()).state, kNothingToDo);
-  EXPECT_EQ(RunCheck(dir.Path() + L"missing.xml").state, kNothingToDo);
-  Write(TempDir::ToNative(s.ListPath()), "<Mivo><Module name=\"a\" group=\"core\"");  // cut short
-  EXPECT_EQ(RunCheck(s.ListPath()).state, kNothingToDo);
-  Write(TempDir::ToNative(s.ListPath()), "");
-  EXPECT_EQ(RunCheck(s.ListPath()).state, kNothingToDo);
-}
-
-TEST(Check, AThousandComponents) {
-  TempDir dir;
-  Staged s(dir);
-  std::vector<ModuleVersionRecord> many;
-  for (int i = 0; i < 1000; ++i) {
-    CString name;
-    name.Format(L"m%04d.dll", i);
-    many.push_back(i % 100 == 0 ? Module(name, L"common", L"1", L"2", L"2") : Module(name, L"common", L"1", L"1", L"2"));
-  }
-  s.List(many);
-  CheckResult r = RunCheck(s.ListPath());
-  EXPECT_EQ(r.state, kUpdatePending);
-  EXPECT_EQ(r.pendingCount, 990);
-  UpdateVersionManifest after(s.ListPath());
-  ASSERT_TRUE(after.Read());
-  EXPECT_EQ(after.GetModules().size(), 990u);
 }
 
 TEST(TargetProgress, MarkerDecidesBeforeTheListIsRead) {

@@ -343,30 +343,4 @@ TEST_F(Manifest, EveryReaderAcceptsWellFormedFilesAndRejectsBrokenOnes) {
   for (size_t n = 0; n < doc.size(); ++n) ExpectReaders(Put("cut.xml", doc.substr(0, n)), "", doc.substr(0, n));
 }
 
-std::string Repeat(const std::string& s, int n) {
-  std::string out;
-  for (int i = 0; i < n; ++i) out += s;
-  return out;
-}
-
-TEST_F(Manifest, DeepNestingIsRefusedQuickly) {
-  const std::string levels = Repeat("<a>", 100000) + Repeat("</a>", 100000);
-  ExpectReaders(Put("deep.xml", "<Mivo>" + levels + "</Mivo>"), "", "deeply nested");
-  ServerVersionManifest shallow(
-      Put("shallow.xml", "<Mivo><Module name=\"m\"/>" + Repeat("<a>", 250) + Repeat("</a>", 250) + "</Mivo>"));
-  EXPECT_TRUE(shallow.Read());
-}
-
-TEST_F(Manifest, UpdateListOfAThousandComponents) {
-  UpdateVersionManifest out(Path("StaticUpdateVersion.xml")), in(Path("StaticUpdateVersion.xml"));
-  CString name;
-  for (int i = 999; i >= 0; --i) {
-    name.Format(L"component%03d", i);
-    out.GetModules()[name] = Record(name);
-  }
-  ASSERT_TRUE(out.Write() && in.Read());
-  EXPECT_EQ(in.GetModules().size(), 1000u);
-  EXPECT_EQ(in.GetModules(), out.GetModules());
-}
-
 }  // namespace

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include "support/Files.h"
 #include "support/TempDir.h"
@@ -16,7 +17,12 @@ using testing_support::Read;
 using testing_support::TempDir;
 using testing_support::Write;
 
-
+// The lines ReadString gives until it answers false.
+std::vector<std::wstring> Lines(CStdioFile& f) {
+  std::vector<std::wstring> lines;
+  for (CString line; f.ReadString(line);) lines.emplace_back(line.GetString());
+  return lines;
+}
 
 TEST(CFile, CreateWriteSeekReadWithNonAsciiName) {
   TempDir dir;
@@ -95,17 +101,12 @@ TEST(CStdioFile, TextModeReadsLinesInTheAnsiPageAndWritesCrLf) {
     f.WriteString(L"three");
   }
   EXPECT_EQ(Read(dir.NativeOf(L"t.txt")), "one\r\ntwo\r\nthree");
-  CStdioFile f;
-  ASSERT_TRUE(f.Open(path, CFile::modeRead | CFile::typeText));
+  CStdioFile f(path, CFile::modeRead | CFile::typeText);
   CString line;
-  ASSERT_TRUE(f.ReadString(line));
-  EXPECT_EQ(line, L"one");
-  ASSERT_TRUE(f.ReadString(line));
+  ASSERT_TRUE(f.ReadString(line) && f.ReadString(line));
   EXPECT_EQ(line, L"two");
   EXPECT_EQ(f.GetPosition(), 10u);  // the read-ahead is not counted
-  ASSERT_TRUE(f.ReadString(line));
-  EXPECT_EQ(line, L"three");
-  EXPECT_FALSE(f.ReadString(line));
+  EXPECT_EQ(Lines(f), std::vector<std::wstring>{L"three"});
 }
 
 TEST(CStdioFile, BinaryModeIsUtf16Units) {
@@ -118,31 +119,17 @@ TEST(CStdioFile, BinaryModeIsUtf16Units) {
   }
   EXPECT_EQ(Read(dir.NativeOf(L"u.txt")), std::string("\x2d\x4e\x0a\x00\x3d\xd8\x00\xde\x78\x00", 10));
   CStdioFile f(path, CFile::modeRead | CFile::typeBinary);
-  CString line;
-  ASSERT_TRUE(f.ReadString(line));
-  EXPECT_EQ(line, L"\u4e2d");
-  ASSERT_TRUE(f.ReadString(line));
-  EXPECT_EQ(line, L"\U0001F600x");
-  EXPECT_FALSE(f.ReadString(line));
+  EXPECT_EQ(Lines(f), (std::vector<std::wstring>{L"\u4e2d", L"\U0001F600x"}));
 }
 
 TEST(CStdioFile, BoundedReadKeepsTheLineFeedAndSplitsLongLines) {
   TempDir dir;
   Write(dir.NativeOf(L"b.txt"), "abcdef\nxy");
   CStdioFile f(dir.Path() + L"b.txt", CFile::modeRead | CFile::typeText);
-  wchar_t buf[5];
-  ASSERT_NE(f.ReadString(buf, 5), nullptr);
-  EXPECT_STREQ(buf, L"abcd");
-  ASSERT_NE(f.ReadString(buf, 5), nullptr);
-  EXPECT_STREQ(buf, L"ef\n");
-  ASSERT_NE(f.ReadString(buf, 5), nullptr);
-  EXPECT_STREQ(buf, L"xy");
-  EXPECT_EQ(f.ReadString(buf, 5), nullptr);
+  std::wstring parts;
+  for (wchar_t buf[5]; f.ReadString(buf, 5);) parts += std::wstring(buf) + L"|";
+  EXPECT_EQ(parts, L"abcd|ef\n|xy|");
 }
-
-}  // namespace
-
-namespace {
 
 TEST(CStdioFile, SmallReadsAndPositionsStayConsistentWithTheReadAhead) {
   TempDir dir;

@@ -16,8 +16,7 @@ TEST(Time, FormatCodesAgainstKnownInstants) {
        L"Fri Friday Feb February 02/13/09 23:31:30|13 23 11 044 02 31 PM 30 06 5 06 02/13/09 23:31:30 09 2009 %"},
       {0, L"Thu Thursday Jan January 01/01/70 00:00:00|01 00 12 001 01 00 AM 00 00 4 00 01/01/70 00:00:00 70 1970 %"},
       {951829205,
-       L"Tue Tuesday Feb February 02/29/00 13:00:05|29 13 01 060 02 00 PM 05 09 2 09 02/29/00 13:00:05 00 2000 %"},
-  };
+       L"Tue Tuesday Feb February 02/29/00 13:00:05|29 13 01 060 02 00 PM 05 09 2 09 02/29/00 13:00:05 00 2000 %"}};
   for (const Row& row : rows) EXPECT_STREQ(CTime(row.time).FormatGmt(kAll), row.expected) << row.time;
   // "#" drops the zeros; unknown codes and a lone "%" at the end stay as written
   EXPECT_STREQ(CTime(0).FormatGmt(L"%#d/%#m/%#j %Q %#Q %"), L"1/1/1 %Q %#Q %");
@@ -28,10 +27,11 @@ TEST(Time, FormatCodesAgainstKnownInstants) {
 TEST(Time, PartsRoundTripThroughLocalTime) {
   struct Row {
     int y, mo, d, h, mi, s, weekday;
-  } const rows[] = {
-      {2000, 2, 29, 12, 0, 0, 3}, {2026, 11, 24, 23, 59, 59, 3}, {1999, 12, 31, 0, 0, 0, 6},
-      {2038, 1, 19, 3, 14, 8, 3}, {3000, 1, 1, 12, 0, 0, 4},
-  };
+  } const rows[] = {{2000, 2, 29, 12, 0, 0, 3},
+                    {2026, 11, 24, 23, 59, 59, 3},
+                    {1999, 12, 31, 0, 0, 0, 6},
+                    {2038, 1, 19, 3, 14, 8, 3},
+                    {3000, 1, 1, 12, 0, 0, 4}};
   for (const Row& r : rows) {
     CTime t(r.y, r.mo, r.d, r.h, r.mi, r.s);
     int got[] = {t.GetYear(), t.GetMonth(), t.GetDay(), t.GetHour(), t.GetMinute(), t.GetSecond(), t.GetDayOfWeek()};
@@ -63,12 +63,10 @@ TEST(Time, SpanArithmetic) {
     CTimeSpan span;
     long long days, totalHours, totalMinutes, totalSeconds;
     long hours, minutes, seconds;
-  } const rows[] = {
-      {CTimeSpan(1, 2, 3, 4), 1, 26, 1563, 93784, 2, 3, 4},
-      {CTimeSpan(0, 0, 0, 59), 0, 0, 0, 59, 0, 0, 59},
-      {CTimeSpan(0, 25, 61, 61), 1, 26, 1562, 93721, 2, 2, 1},  // parts carry over
-      {-CTimeSpan(1, 2, 3, 4), -1, -26, -1563, -93784, -2, -3, -4},
-  };
+  } const rows[] = {{CTimeSpan(1, 2, 3, 4), 1, 26, 1563, 93784, 2, 3, 4},
+                    {CTimeSpan(0, 0, 0, 59), 0, 0, 0, 59, 0, 0, 59},
+                    {CTimeSpan(0, 25, 61, 61), 1, 26, 1562, 93721, 2, 2, 1},  // parts carry over
+                    {-CTimeSpan(1, 2, 3, 4), -1, -26, -1563, -93784, -2, -3, -4}};
   for (const Row& r : rows) {
     const CTimeSpan& s = r.span;
     EXPECT_EQ(s.GetDays(), r.days) << r.totalSeconds;
