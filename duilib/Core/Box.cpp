@@ -222,7 +222,7 @@ void Box::Paint(IRenderContext& render) {
   for (bool floating : {false, true}) {
     for (Control* child : m_items) {
       if (!child->IsVisible() || child->IsFloat() != floating) continue;
-      if (render.PushClip(child->m_geo->pos)) child->Paint(render);
+      if (render.PushClip(child->m_geo->pos)) child->PaintAnimated(render);
       render.PopClip();
     }
   }

@@ -198,7 +198,7 @@ void Control::SetAttribute(const std::wstring& name, const std::wstring& value) 
     SetVisible(attr::ParseBool(value));
   } else if (name == L"fadevisible") {
     m_fadeVisible = attr::ParseBool(value);
-    SetVisible(m_fadeVisible);
+    SetFadeVisible(m_fadeVisible);
   } else if (name == L"float") {
     SetFloat(attr::ParseBool(value));
   } else if (name == L"menu") {
@@ -278,11 +278,6 @@ void Control::SetEnabled(bool enabled) {
   m_enabled = enabled;
   m_state = enabled ? kControlStateNormal : kControlStateDisabled;
   m_pressed = false;  // its button-up will not come to a disabled control
-  Invalidate();
-}
-
-void Control::SetState(ControlStateType state) {
-  m_state = state;
   Invalidate();
 }
 

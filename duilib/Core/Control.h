@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "duilib/Core/Animation.h"
 #include "duilib/Core/Events.h"
 #include "duilib/Core/PlaceHolder.h"
 #include "duilib/Core/UiTypes.h"
@@ -95,7 +96,18 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   int GetImageLayout() const { return m_imageLayout; }  // 0 compress, 1 cut, 2 scale
 
   void SetEnabled(bool enabled);
+  // Between normal and hot, with the hot fade on, the hot look fades in or out.
   void SetState(ControlStateType state);
+  // With a fade set (alpha, width, height or a slide), showing and hiding animate; a control
+  // on its way out is hidden when its animation ends.
+  void SetVisible(bool visible) override;
+  // Shows or hides with a fade: the kinds set, or an alpha fade when none is.
+  void SetFadeVisible(bool visible);
+  // What painting applies now for the visibility animation.
+  AnimationFrame GetAnimationFrame() const;
+  // Paint, through an alpha layer, an offset and a clip of `render` while the visibility
+  // animation needs them.
+  void PaintAnimated(IRenderContext& render);
 
   // Handlers of a type run in the order they were attached.
   void AttachEvent(EventType type, EventCallback callback);
@@ -157,10 +169,16 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   virtual void PaintStateImage(IRenderContext& render);
   virtual void PaintBorder(IRenderContext& render);
   virtual void PaintText(IRenderContext& render) {}
-  // Fills the control with a colour as skins name one; false when it resolves to transparent.
-  bool FillColor(IRenderContext& render, const std::wstring& color);
-  // Draws an image description over the control; false when there is none or its path is refused.
-  bool DrawImage(IRenderContext& render, const std::wstring& description);
+  // Fills the control with a colour as skins name one, its alpha scaled by `alpha`; false when it
+  // resolves to transparent.
+  bool FillColor(IRenderContext& render, const std::wstring& color, int alpha = 255);
+  // Draws an image description over the control, its alpha scaled by `alpha`; false when there
+  // is none or its path is refused.
+  bool DrawImage(IRenderContext& render, const std::wstring& description, int alpha = 255);
+  // The hot fade runs between normal and hot: the normal look shows with the hot one over it.
+  bool IsHotFading() const {
+    return m_hotAlpha > 0 && m_hotAlpha < 255 && (m_state == kControlStateNormal || m_state == kControlStateHot);
+  }
   // The image of the set for the current state, as ForState picks it.
   bool DrawStateImage(IRenderContext& render, ImageSet set);
   // What a state shows when the skin leaves it empty: pushed looks hot, hot and disabled look
@@ -205,6 +223,13 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   std::vector<std::pair<std::wstring, std::wstring>> m_skinSizes;  // pixel attributes as written
   bool m_pressed = false;
   bool m_focused = false;
+
+  // Starts the ticks unless they run; false (nothing started) without a window or a ticker.
+  bool RunAnimation();
+  void OnAnimationTick();
+  ControlAnimation m_animation;
+  nbase::WeakCallbackFlag m_animationTicks;  // cancelled when the animation stops
+  bool m_animationTicking = false;
 };
 
 }  // namespace mivo::duilib

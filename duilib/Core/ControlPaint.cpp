@@ -23,17 +23,19 @@ const std::wstring& Control::ForState(const std::array<std::wstring, kControlSta
   return values[state];
 }
 
-bool Control::FillColor(IRenderContext& render, const std::wstring& color) {
+bool Control::FillColor(IRenderContext& render, const std::wstring& color, int alpha) {
   if (color.empty()) return false;
-  const uint32_t argb = GlobalManager::ResolveColor(color);
+  uint32_t argb = GlobalManager::ResolveColor(color);
+  argb = (((argb >> 24) * static_cast<uint32_t>(alpha) / 255) << 24) | (argb & 0xFFFFFFu);
   if ((argb >> 24) == 0) return false;
   render.FillRect(GetPos(), argb);
   return true;
 }
 
-bool Control::DrawImage(IRenderContext& render, const std::wstring& description) {
+bool Control::DrawImage(IRenderContext& render, const std::wstring& description, int alpha) {
   ImageDescription image;
   if (description.empty() || !ParseImageDescription(description, image)) return false;
+  image.alpha = image.alpha * alpha / 255;
   Window* window = GetWindow();
   image.file = ResolveImagePath(image.file, window ? window->GetSkinFolder() : std::wstring());
   if (image.file.empty()) return false;
@@ -59,11 +61,24 @@ void Control::PaintBkColor(IRenderContext& render) { FillColor(render, m_bkColor
 
 void Control::PaintBkImage(IRenderContext& render) { DrawImage(render, m_bkImage); }
 
-void Control::PaintStateColor(IRenderContext& render) { FillColor(render, ForState(m_stateColors, m_state)); }
+void Control::PaintStateColor(IRenderContext& render) {
+  if (!IsHotFading()) {
+    FillColor(render, ForState(m_stateColors, m_state));
+    return;
+  }
+  FillColor(render, m_stateColors[kControlStateNormal]);
+  FillColor(render, ForState(m_stateColors, kControlStateHot), m_hotAlpha);
+}
 
 void Control::PaintStateImage(IRenderContext& render) {
-  DrawStateImage(render, kImageSetBackground);
-  DrawStateImage(render, kImageSetForeground);
+  for (ImageSet set : {kImageSetBackground, kImageSetForeground}) {
+    if (!IsHotFading()) {
+      DrawStateImage(render, set);
+      continue;
+    }
+    DrawImage(render, m_images[set][kControlStateNormal]);
+    DrawImage(render, ForState(m_images[set], kControlStateHot), m_hotAlpha);
+  }
 }
 
 void Control::PaintBorder(IRenderContext& render) {

@@ -12,6 +12,7 @@
 
 #include "base/callback/SupportWeakCallback.h"
 #include "duilib/Core/Events.h"
+#include "duilib/Core/ToolTip.h"
 #include "duilib/Core/UiTypes.h"
 #include "toolkit/export.h"
 #include "toolkit/platform.h"
@@ -180,6 +181,9 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   bool ScheduleArrangeNative();
 #if defined(_WIN32)
   static LRESULT CALLBACK WndProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+  // Feeds the tip plan with a mouse message and does what it decides with the tip window.
+  void ToolTipMouse(UINT message, UiPoint pt);
+  void ActOnToolTip(const ToolTipAction& action);
   bool HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void OnPaint();
   void PaintInto(HDC dc, int width, int height);
@@ -200,6 +204,9 @@ class MIVO_COMMON_API Window : public virtual nbase::SupportWeakCallback {
   std::vector<IUIMessageFilter*> m_filters;
   bool m_trackingMouse = false;
   bool m_createdWithoutRect = false;
+  ToolTipPlan m_toolTip;
+  nbase::WeakCallbackFlag m_toolTipWait;  // the pending wait; renewed for each
+  HWND m_toolTipWindow = nullptr;
 };
 
 }  // namespace mivo::duilib

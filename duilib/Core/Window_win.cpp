@@ -228,6 +228,7 @@ bool Window::HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
       return true;
     }
     case WM_MOUSEMOVE:
+      ToolTipMouse(message, PointOf(lParam));
       if (!m_trackingMouse) {
         TRACKMOUSEEVENT track{sizeof(track), TME_LEAVE, m_hwnd, 0};
         m_trackingMouse = TrackMouseEvent(&track) != FALSE;
@@ -235,11 +236,13 @@ bool Window::HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
       HandleMouseEvent(kEventMouseMove, PointOf(lParam));
       return true;
     case WM_MOUSELEAVE:
+      ToolTipMouse(message, UiPoint{-1, -1});
       m_trackingMouse = false;
       HandleMouseEvent(kEventMouseLeave, UiPoint{-1, -1});
       return true;
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
+      ToolTipMouse(message, PointOf(lParam));
       SetCapture(m_hwnd);
       HandleMouseEvent(message == WM_LBUTTONDOWN ? kEventMouseButtonDown : kEventMouseDoubleClick, PointOf(lParam));
       return true;
