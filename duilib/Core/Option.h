@@ -1,6 +1,7 @@
 #pragma once
 // A check box that belongs to a named group of its window: selecting one option of a group
 // deselects the others, like radio buttons. Written over its base class: Option and OptionBox.
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,9 +46,11 @@ class OptionTemplate : public CheckBoxTemplate<InheritType> {
   }
 
   // Selecting deselects the other members of the group, with the same notification request.
+  // A select-changed handler may delete the option: then nothing more is done.
   void Selected(bool selected, bool triggerEvent) override {
+    std::weak_ptr<nbase::WeakFlag> alive = this->GetWeakFlag();
     Base::Selected(selected, triggerEvent);
-    if (selected) DeselectOthers(triggerEvent);
+    if (selected && !alive.expired()) DeselectOthers(triggerEvent);
   }
 
  protected:
@@ -75,10 +78,16 @@ class OptionTemplate : public CheckBoxTemplate<InheritType> {
     if (m_group.empty() || !this->GetWindow()) return;
     const std::vector<Control*>* members = this->GetWindow()->GetOptionGroup(m_group);
     if (!members) return;
-    // A select-changed callback may change the group; walk a copy.
+    // A select-changed handler may change the group or delete any member, this one included:
+    // walk a copy, and touch only members that are still in the group.
     const std::vector<Control*> others = *members;
+    std::weak_ptr<nbase::WeakFlag> alive = this->GetWeakFlag();
+    Window* window = this->GetWindow();
+    const std::wstring group = m_group;
     for (Control* other : others) {
-      if (other == this) continue;
+      if (alive.expired()) return;
+      const std::vector<Control*>* now = window->GetOptionGroup(group);
+      if (other == this || !now || std::find(now->begin(), now->end(), other) == now->end()) continue;
       if (auto* selectable = dynamic_cast<Selectable*>(other)) selectable->Selected(false, triggerEvent);
     }
   }
