@@ -61,6 +61,10 @@ bool ParseImageDescription(const std::wstring& text, ImageDescription& out) {
       out.corner = attr::ParseRect(value);
     } else if (name == L"fade" || name == L"alpha") {
       out.alpha = std::clamp(attr::ParseInt(value), 0, 255);
+    } else if (name == L"xtiled") {
+      out.xTiled = attr::ParseBool(value);
+    } else if (name == L"ytiled") {
+      out.yTiled = attr::ParseBool(value);
     }
   }
   if (out.file.empty()) out = ImageDescription();

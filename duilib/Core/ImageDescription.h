@@ -1,6 +1,7 @@
 #pragma once
 // How skins describe an image: either a bare file name ("bk_listitem_selected", "logo.png") or
-// a list  file='x.png' corner='1,1,1,1' fade='200' source='0,0,16,16' dest='2,2,18,18' . The
+// a list  file='x.png' corner='1,1,1,1' fade='200' source='0,0,16,16' dest='2,2,18,18'
+// xtiled='true' ytiled='true' . The
 // description is read here; where its file lies and how a corner-stretched image splits into
 // pieces is decided here too, so the painters only copy pixels.
 #include <string>
@@ -12,11 +13,17 @@
 namespace mivo::duilib {
 
 struct ImageDescription {
-  std::wstring file;  // as written, or the full path once resolved
-  UiRect source;      // the part of the image to draw; all 0: the whole image
-  UiRect dest;        // where, relative to the control's top left; all 0: the whole control
-  UiRect corner;      // left, top, right, bottom edges that keep their size when stretched
-  int alpha = 255;    // "fade" or "alpha", 0 to 255
+  std::wstring file;    // as written, or the full path once resolved
+  UiRect source;        // the part of the image to draw; all 0: the whole image
+  UiRect dest;          // where, relative to the control's top left; all 0: the whole control
+  UiRect corner;        // left, top, right, bottom edges that keep their size when stretched
+  int alpha = 255;      // "fade" or "alpha", 0 to 255
+  bool xTiled = false;  // repeated across at its own width instead of stretched
+  bool yTiled = false;  // repeated down at its own height
+  // Set by the control that draws it (its "imagelayout" and "emptycenter"), not written here.
+  int layout = 0;            // 0 stretched to the place, 1 at its own size cut at the place's edges,
+                             // 2 as large as fits with its proportions kept, centred
+  bool emptyCenter = false;  // the middle of a corner-stretched image is left out
   friend bool operator==(const ImageDescription&, const ImageDescription&) = default;
 };
 
