@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Draws the default skin's images (PNG, RGBA) into resources/skins/default/.
+"""Draws the default skin's images (PNG, RGBA) into resources/skins/default/, and the images of
+the gallery skin (resources/gallery/), which shows every painting attribute at once.
 
 The images are simple enough to be drawn by code, so they are made here rather than kept
 only as binaries; run it again after changing a colour or size and commit the PNGs."""
@@ -10,6 +11,7 @@ import zlib
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SKIN = os.path.join(HERE, "..", "resources", "skins", "default", "start_hide_window")
+GALLERY = os.path.join(HERE, "..", "resources", "gallery")
 
 
 def write_png(path, width, height, pixel):
@@ -60,12 +62,58 @@ def check_box(checked):
     return pixel
 
 
+def frame(x, y, size=24):
+    # a 4-pixel navy frame with orange corner squares on a pale fill: stretched by its corners,
+    # the orange squares keep their size and the frame its width
+    corner = (x < 4 or x >= size - 4) and (y < 4 or y >= size - 4)
+    if corner:
+        return (0xF0, 0x8A, 0x24, 255)
+    if x < 4 or y < 4 or x >= size - 4 or y >= size - 4:
+        return (0x1F, 0x3A, 0x68, 255)
+    return (0xE8, 0xF0, 0xF8, 255)
+
+
+def stripe(x, y):
+    # one tile of diagonal stripes, seamless when repeated
+    return (0x3C, 0x7F, 0xB1, 255) if (x + y) % 8 < 3 else (0xF4, 0xF8, 0xFB, 255)
+
+
+def photo(x, y, width=48, height=32):
+    # a sky over a hill with a sun: proportions show whether it was stretched
+    if math.hypot(x - 34, y - 9) <= 5:
+        return (0xFF, 0xD2, 0x3F, 255)
+    if y > 22 + 4 * math.sin(x / 8):
+        return (0x4C, 0x9A, 0x4A, 255)
+    return (0x8E + y * 2, 0xC4 + y, 0xF0, 255)
+
+
+def states(x, y):
+    # three 60x24 buttons side by side, normal, hot and pushed, picked by "source"
+    shade = [(0xDD, 0xE7, 0xEF), (0xB8, 0xD4, 0xEA), (0x8F, 0xB0, 0xCA)][x // 60]
+    edge = x % 60 in (0, 59) or y in (0, 23)
+    return (0x5A, 0x87, 0xAD, 255) if edge else shade + (255,)
+
+
+def badge(x, y, size=16):
+    # a round badge whose edge fades out: its alpha shows over any background
+    d = math.hypot(x - 7.5, y - 7.5)
+    if d > 8:
+        return (0, 0, 0, 0)
+    return (0xC0, 0x30, 0x30, int(255 * min(1, 8 - d)))
+
+
 def main():
     os.makedirs(SKIN, exist_ok=True)
     write_png(os.path.join(SKIN, "1.png"), 36, 36, avatar)
     write_png(os.path.join(SKIN, "bk_listitem_selected.png"), 4, 4, lambda x, y: (0xC8, 0xE4, 0xE4, 255))
     write_png(os.path.join(SKIN, "check_off.png"), 300, 20, check_box(False))
     write_png(os.path.join(SKIN, "check_on.png"), 300, 20, check_box(True))
+    os.makedirs(GALLERY, exist_ok=True)
+    write_png(os.path.join(GALLERY, "frame.png"), 24, 24, frame)
+    write_png(os.path.join(GALLERY, "stripe.png"), 8, 8, stripe)
+    write_png(os.path.join(GALLERY, "photo.png"), 48, 32, photo)
+    write_png(os.path.join(GALLERY, "states.png"), 180, 24, states)
+    write_png(os.path.join(GALLERY, "badge.png"), 16, 16, badge)
 
 
 if __name__ == "__main__":

@@ -219,6 +219,11 @@ void Box::ArrangeWaitingBelow() {
 void Box::Paint(IRenderContext& render) {
   ArrangeNow();
   Control::Paint(render);
+}
+
+void Box::PaintChildren(IRenderContext& render) {
+  // Children stay inside the rounded corners.
+  if (IsRounded()) render.PushRoundClip(GetPos(), m_borderRound);
   for (bool floating : {false, true}) {
     for (Control* child : m_items) {
       if (!child->IsVisible() || child->IsFloat() != floating) continue;
@@ -227,6 +232,7 @@ void Box::Paint(IRenderContext& render) {
     }
   }
   PaintVScrollBar(render);
+  if (IsRounded()) render.PopClip();
 }
 
 }  // namespace mivo::duilib

@@ -80,9 +80,15 @@ class MIVO_COMMON_API Box : public Control {
   // Lays out now what waits: the boxes above this one first (their layout may move it), then
   // this box and every box below it.
   void ArrangeNow();
-  // The box, then its visible children clipped to themselves (and so to the box): floating
-  // ones last, as they lie above the others.
+  // Lays out what waits, then paints as every control does.
   void Paint(IRenderContext& render) override;
+
+ protected:
+  // The visible children clipped to themselves (and so to the box): floating ones last, as
+  // they lie above the others; then the scroll bar.
+  void PaintChildren(IRenderContext& render) override;
+  // The vertical scroll bar, while it shows: boxes that paint their own children end with it.
+  void PaintVScrollBar(IRenderContext& render);
 
  private:
   friend class PlaceHolder;
@@ -109,7 +115,6 @@ class MIVO_COMMON_API Box : public Control {
   // bar; `content` itself while everything fits.
   UiRect ScrolledContent(const UiRect& content);
   Control* ScrollBarAt(UiPoint pt);
-  void PaintVScrollBar(IRenderContext& render);
 
   std::unique_ptr<Layout> m_layout;
   std::unique_ptr<VScrollBar> m_vscroll;

@@ -91,7 +91,6 @@ void Control::SetAttribute(const std::wstring& name, const std::wstring& value) 
   static const wchar_t* const kVerAlign[] = {L"top", L"center", L"bottom"};
   static const wchar_t* const kStates[] = {L"normal", L"hot", L"pushed", L"disabled"};
   static const wchar_t* const kCursors[] = {L"arrow", L"hand", L"ibeam"};
-  static const wchar_t* const kGifStops[] = {L"gifstopfirst", L"gifstopcurrent", L"gifstoplast"};
   static const wchar_t* const kImageLayouts[] = {L"compress", L"cut", L"scale"};
   int index;
 
@@ -159,7 +158,7 @@ void Control::SetAttribute(const std::wstring& name, const std::wstring& value) 
   } else if (name == L"borderround") {
     m_borderRound = attr::ParsePair(value);
   } else if (name == L"drawgdiplus") {
-    m_drawGdiplus = attr::ParseBool(value);
+    // accepted and ignored: borders that need GDI+ (rounded ones) always get it
   } else if (name == L"drawgdipulsround") {  // spelled so in every skin
     m_drawGdiplusRound = attr::ParseBool(value);
   } else if (name == L"gdipenroundcolor") {
@@ -243,10 +242,8 @@ void Control::SetAttribute(const std::wstring& name, const std::wstring& value) 
   } else if (name == L"fadeinoutyfromtop" || name == L"fadeinoutyfrombottom") {
     m_fade.inOutY = attr::ParseBool(value);
     m_fade.inOutYDirection = name == L"fadeinoutyfromtop" ? 0 : 1;
-  } else if (name == L"gifmaxplaylimit") {
-    m_gifPlayLimit = attr::ParseInt(value);
-  } else if (name == L"gifstoptype") {
-    if ((index = KeywordIndex(value, kGifStops)) >= 0) m_gifStopType = index;
+  } else if (name == L"gifmaxplaylimit" || name == L"gifstoptype") {
+    // accepted and ignored: images are drawn from their first frame
   } else if (name == L"emptycenter") {
     m_emptyCenter = attr::ParseBool(value);
   } else if (name == L"imagelayout") {

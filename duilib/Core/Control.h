@@ -71,9 +71,9 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   int GetBorderSize() const { return m_borderSize; }
   const UiRect& GetSideBorderSize() const { return m_sideBorderSize; }  // left, top, right, bottom
   const UiSize& GetBorderRound() const { return m_borderRound; }
-  bool IsDrawGdiplus() const { return m_drawGdiplus; }
   bool IsDrawGdiplusRound() const { return m_drawGdiplusRound; }
-  uint32_t GetGdiPenRoundColor() const { return m_gdiPenRoundColor; }  // 0xAABBGGRR
+  // The rounded border's colour while "drawgdipulsround" is on, 0xAABBGGRR; 0 for bordercolor.
+  uint32_t GetGdiPenRoundColor() const { return m_gdiPenRoundColor; }
   const std::wstring& GetBkImage() const { return m_bkImage; }
   const std::wstring& GetToolTipText() const { return m_toolTipText; }
   const std::wstring& GetToolTipTextId() const { return m_toolTipTextId; }
@@ -90,8 +90,6 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   const UiSize& GetRenderOffset() const { return m_renderOffset; }
   const FadeSettings& GetFade() const { return m_fade; }
   bool IsFadeVisible() const { return m_fadeVisible; }
-  int GetGifPlayLimit() const { return m_gifPlayLimit; }
-  int GetGifStopType() const { return m_gifStopType; }  // 0 first, 1 current, 2 last frame
   bool IsEmptyCenter() const { return m_emptyCenter; }
   int GetImageLayout() const { return m_imageLayout; }  // 0 compress, 1 cut, 2 scale
 
@@ -150,8 +148,10 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   // caption does not drag the window through it.
   virtual bool WantsClicks() const { return HasEvent(kEventClick); }
 
-  // Paints the control (a box, its children too) into `render`, already clipped to it: the
-  // background colour and image, the colour and images of its state, the border, the text.
+  // Paints the control (a box, its children too) into `render`, already clipped to it, at its
+  // "alpha" and moved by its "renderoffset": the background (colour or gradient, then image),
+  // the colour and images of its state, the text, the children, the border. A control with
+  // "borderround" fills and clips to its rounded shape and draws its border anti-aliased.
   virtual void Paint(IRenderContext& render);
 
  protected:
@@ -168,6 +168,8 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   virtual void PaintStateColor(IRenderContext& render);
   virtual void PaintStateImage(IRenderContext& render);
   virtual void PaintBorder(IRenderContext& render);
+  virtual void PaintChildren(IRenderContext& render) {}
+  bool IsRounded() const { return m_borderRound.cx > 0 && m_borderRound.cy > 0; }
   virtual void PaintText(IRenderContext& render) {}
   // Fills the control with a colour as skins name one, its alpha scaled by `alpha`; false when it
   // resolves to transparent.
@@ -193,7 +195,6 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   int m_borderSize = 0;
   UiRect m_sideBorderSize;
   UiSize m_borderRound;
-  bool m_drawGdiplus = false;
   bool m_drawGdiplusRound = false;
   uint32_t m_gdiPenRoundColor = 0;
   std::wstring m_bkImage;
@@ -213,8 +214,6 @@ class MIVO_COMMON_API Control : public PlaceHolder {
   UiSize m_renderOffset;
   FadeSettings m_fade;
   bool m_fadeVisible = false;
-  int m_gifPlayLimit = 0;
-  int m_gifStopType = 0;
   bool m_emptyCenter = false;
   int m_imageLayout = 0;
 

@@ -11,18 +11,9 @@
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/UiTypes.h"
 #include "duilib/Render/IRender.h"
+#include "duilib/Render/TextFormat.h"
 
 namespace mivo::duilib {
-
-// Text style bits. The values are GDI's DrawText flags (DT_CENTER, DT_RIGHT, ...), so the Win32
-// painter hands the style to DrawText as it is; the names differ because <windows.h> defines
-// the originals as macros.
-constexpr uint32_t DUI_DT_CENTER = 0x1;
-constexpr uint32_t DUI_DT_RIGHT = 0x2;
-constexpr uint32_t DUI_DT_VCENTER = 0x4;
-constexpr uint32_t DUI_DT_BOTTOM = 0x8;
-constexpr uint32_t DUI_DT_SINGLELINE = 0x20;
-constexpr uint32_t DUI_DT_END_ELLIPSIS = 0x8000;
 
 // GDI+ text-rendering hints, in the order of Gdiplus::TextRenderingHint.
 enum TextRenderingHintType : int {
@@ -62,7 +53,7 @@ class LabelTemplate : public InheritType {
     } else if (name == L"textpadding") {
       SetTextPadding(attr::ParseRect(value));
     } else if (name == L"singleline") {
-      m_singleLine = attr::ParseBool(value);
+      SetTextStyleBit(DUI_DT_SINGLELINE, attr::ParseBool(value));
     } else if (name == L"TextRenderingHint") {
       static const wchar_t* const kHints[] = {
           L"TextRenderingHintSystemDefault",     L"TextRenderingHintSingleBitPerPixelGridFit",
@@ -108,7 +99,9 @@ class LabelTemplate : public InheritType {
     this->RepaintOrArrangeForImage();
   }
 
-  bool IsSingleLine() const { return m_singleLine; }
+  // One line, or wrapped at words: "singleline" and the "align" keywords set it, the last one
+  // written wins.
+  bool IsSingleLine() const { return (m_textStyle & DUI_DT_SINGLELINE) != 0; }
   bool IsLineLimit() const { return m_lineLimit; }
   void SetLineLimit(bool lineLimit) {
     if (m_lineLimit == lineLimit) return;
@@ -120,7 +113,8 @@ class LabelTemplate : public InheritType {
   uint32_t GetTextStyle() const { return m_textStyle; }
 
  protected:
-  // The text inside the padding, in the colour of the state (black when the skin gives none).
+  // The text inside the padding, in the colour of the state (black when the skin gives none),
+  // laid out as the style, "linelimit" and the rendering hint say.
   void PaintText(IRenderContext& render) override {
     InheritType::PaintText(render);
     if (m_text.empty()) return;
@@ -130,7 +124,8 @@ class LabelTemplate : public InheritType {
     const UiRect& pos = this->GetPos();
     UiRect rc{pos.left + m_textPadding.left, pos.top + m_textPadding.top, pos.right - m_textPadding.right,
               pos.bottom - m_textPadding.bottom};
-    if (rc.GetWidth() > 0 && rc.GetHeight() > 0) render.DrawString(rc, m_text, argb, m_font, m_textStyle);
+    if (rc.GetWidth() > 0 && rc.GetHeight() > 0)
+      render.DrawString(rc, m_text, argb, m_font, TextFormatFor(m_textStyle, m_lineLimit), m_textRenderingHint);
   }
   // The text colour to paint with now; "" for the default.
   virtual const std::wstring& PaintTextColor() const { return Control::ForState(m_textColors, this->GetState()); }
@@ -171,7 +166,6 @@ class LabelTemplate : public InheritType {
   int m_font = 0;  // the window's first font, its default
   std::array<std::wstring, kControlStateCount> m_textColors;
   UiRect m_textPadding;
-  bool m_singleLine = true;  // as the initial style is
   bool m_lineLimit = false;
   TextRenderingHintType m_textRenderingHint = kTextRenderingHintSystemDefault;
   uint32_t m_textStyle = kDefaultTextStyle;

@@ -221,9 +221,10 @@ bool Window::HandleOwnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
       return true;
     }
     case WM_SETCURSOR: {
+      // Over a control, its "cursortype"; elsewhere (and for "arrow") the class's arrow.
       Control* hot = GetHotControl();
-      if (LOWORD(lParam) != HTCLIENT || !hot || hot->GetCursorType() != kCursorHand) return false;
-      SetCursor(LoadCursorW(nullptr, IDC_HAND));
+      if (LOWORD(lParam) != HTCLIENT || !hot || hot->GetCursorType() == kCursorArrow) return false;
+      SetCursor(LoadCursorW(nullptr, hot->GetCursorType() == kCursorHand ? IDC_HAND : IDC_IBEAM));
       result = TRUE;
       return true;
     }

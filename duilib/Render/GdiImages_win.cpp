@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "duilib/Render/GdiRender.h"
+#include "duilib/Render/ImagePlace.h"
 #include "duilib/Render/ImageResample.h"
 
 namespace mivo::duilib {
@@ -123,10 +124,12 @@ void GdiRenderContext::DrawImage(const UiRect& dest, const ImageDescription& ima
   source = UiRect{std::max(source.left, 0), std::max(source.top, 0), std::min(source.right, width),
                   std::min(source.bottom, height)};
   // AlphaBlend draws each piece at its size and keeps to the DC's clip; a piece that stretches
-  // (a scaled skin, a nine-grid edge) is first resampled smoothly from its own pixels.
+  // (a scaled skin, a nine-grid edge, an untiled side of a tiled image) is first resampled
+  // smoothly from its own pixels.
   BLENDFUNCTION blend{AC_SRC_OVER, 0, static_cast<BYTE>(image.alpha), AC_SRC_ALPHA};
-  for (const ImagePiece& piece : SplitImage(source, dest, image.corner)) {
+  for (const ImagePiece& piece : PlaceImage(image, source, dest)) {
     const UiSize size{piece.dest.GetWidth(), piece.dest.GetHeight()};
+    const UiRect at = ToDevice(piece.dest);
     const OffscreenBitmap* from = &decoded->pixels;
     UiRect part = piece.source;
     if (size.cx != part.GetWidth() || size.cy != part.GetHeight()) {
@@ -134,7 +137,7 @@ void GdiRenderContext::DrawImage(const UiRect& dest, const ImageDescription& ima
       part = UiRect{0, 0, size.cx, size.cy};
     }
     if (!from) continue;
-    GdiAlphaBlend(m_dc, piece.dest.left, piece.dest.top, size.cx, size.cy, from->GetDC(), part.left, part.top,
+    GdiAlphaBlend(Target(), at.left, at.top, size.cx, size.cy, from->GetDC(), part.left, part.top,
                   part.GetWidth(), part.GetHeight(), blend);
   }
 }

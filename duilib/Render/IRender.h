@@ -42,8 +42,10 @@ class IRenderContext {
   // `image.file` is a full path; the image goes into `dest` per its source, corners, alpha,
   // tiling and layout. A file that cannot be read draws nothing.
   virtual void DrawImage(const UiRect& dest, const ImageDescription& image) = 0;
-  // `style` is a label's text style (GDI's DrawText flags); `font` an index of the font table.
-  virtual void DrawString(const UiRect& rc, const std::wstring& text, uint32_t argb, int font, uint32_t style) = 0;
+  // `format` is GDI's DrawText flags (see TextFormat.h); `font` an index of the font table;
+  // `renderingHint` a GDI+ text-rendering hint (0 the system's default).
+  virtual void DrawString(const UiRect& rc, const std::wstring& text, uint32_t argb, int font, uint32_t format,
+                          int renderingHint) = 0;
 };
 
 }  // namespace mivo::duilib

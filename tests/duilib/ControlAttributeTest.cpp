@@ -48,8 +48,6 @@ TEST(ControlAttributeTest, KeywordsAreExactAndUnknownOnesChangeNothing) {
   c.SetAttribute(L"cursortype", L"hand");
   c.SetAttribute(L"cursortype", L"Hand");
   EXPECT_EQ(kCursorHand, c.GetCursorType());
-  c.SetAttribute(L"gifstoptype", L"gifstoplast");
-  EXPECT_EQ(2, c.GetGifStopType());
   const std::pair<const wchar_t*, int> layouts[] = {{L"cut", 1}, {L"compress", 0}, {L"scale", 2}, {L"Scale", 2}};
   for (const auto& [value, expected] : layouts) {
     c.SetAttribute(L"imagelayout", value);

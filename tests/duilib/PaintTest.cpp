@@ -34,7 +34,11 @@ std::string Argb(uint32_t argb) {
 // Keeps a clip stack as a real context does and writes one line per call.
 class RecordingRender : public IRenderContext {
  public:
-  bool PushClip(const UiRect& rc) override {
+  bool PushClip(const UiRect& rc) override { return Push(rc, "clip "); }
+  bool PushRoundClip(const UiRect& rc, UiSize round) override {
+    return Push(rc, "round " + std::to_string(round.cx) + "," + std::to_string(round.cy) + " clip ");
+  }
+  bool Push(const UiRect& rc, const std::string& what) {
     UiRect clip = rc;
     if (!clips.empty()) {
       const UiRect& top = clips.back();
@@ -44,21 +48,41 @@ class RecordingRender : public IRenderContext {
     const bool visible = clip.GetWidth() > 0 && clip.GetHeight() > 0;
     if (!visible) clip = UiRect{};
     clips.push_back(clip);
-    lines.push_back("clip " + Rect(clip));
+    lines.push_back(what + Rect(clip));
     return visible;
   }
   void PopClip() override {
     clips.pop_back();
     lines.push_back("pop");
   }
+  void PushOffset(int dx, int dy) override {
+    lines.push_back("offset " + std::to_string(dx) + "," + std::to_string(dy));
+  }
+  void PopOffset() override { lines.push_back("pop offset"); }
+  void PushAlpha(const UiRect& rc, int alpha) override {
+    lines.push_back("alpha " + std::to_string(alpha) + " " + Rect(rc));
+  }
+  void PopAlpha() override { lines.push_back("pop alpha"); }
   void FillRect(const UiRect& rc, uint32_t argb) override { lines.push_back("fill " + Rect(rc) + " " + Argb(argb)); }
+  void FillRoundRect(const UiRect& rc, UiSize round, uint32_t argb) override {
+    lines.push_back("fill round " + std::to_string(round.cx) + "," + std::to_string(round.cy) + " " + Rect(rc) + " " +
+                    Argb(argb));
+  }
+  void DrawRoundBorder(const UiRect& rc, UiSize round, int width, uint32_t argb) override {
+    lines.push_back("border round " + std::to_string(round.cx) + "," + std::to_string(round.cy) + " " + Rect(rc) +
+                    " width " + std::to_string(width) + " " + Argb(argb));
+  }
   void DrawImage(const UiRect& dest, const ImageDescription& image) override {
     lines.push_back("image " + Text(image.file) + " " + Rect(dest) + " corner " + Rect(image.corner) + " alpha " +
-                    std::to_string(image.alpha));
+                    std::to_string(image.alpha) + (image.layout ? " layout " + std::to_string(image.layout) : "") +
+                    (image.emptyCenter ? " emptycenter" : ""));
   }
-  void DrawString(const UiRect& rc, const std::wstring& text, uint32_t argb, int font, uint32_t style) override {
+  void DrawString(const UiRect& rc, const std::wstring& text, uint32_t argb, int font, uint32_t format,
+                  int hint) override {
+    char flags[16];
+    std::snprintf(flags, sizeof flags, "%X", format);
     lines.push_back("text " + Text(text) + " " + Rect(rc) + " " + Argb(argb) + " font " + std::to_string(font) +
-                    " style " + std::to_string(style));
+                    " format " + flags + (hint ? " hint " + std::to_string(hint) : ""));
   }
   std::vector<UiRect> clips;
   std::vector<std::string> lines;
@@ -118,11 +142,11 @@ TEST_F(Painting, EachControlInTreeOrderWithItsLooks) {
                          "pop",
                          "clip 0,20,200,40",
                          "fill 0,20,200,40 FF101010",
-                         "text OK 2,21,198,39 FF000000 font 1 style 37",  // centred, one line
+                         "text OK 2,21,198,39 FF000000 font 1 format 825",  // centred, one line, no prefix
                          "pop",
                          "clip 0,40,200,60",
                          "fill 0,40,200,60 FFD8EBEB",
-                         "text x 0,40,200,60 FF0000FF font 0 style 36",
+                         "text x 0,40,200,60 FF0000FF font 0 format 824",
                          "pop",
                          "clip 0,60,200,80",
                          "image C:\\res\\skins\\default\\form\\bk.png 0,60,200,80 corner 1,1,1,1 alpha 128",
@@ -168,7 +192,7 @@ TEST_F(Painting, ChildrenAreClippedToTheirBoxAndFloatingOnesComeLast) {
                          "fill 0,0,200,100 FFFFFFFF",
                          "clip 0,0,200,40",
                          "clip 5,5,195,35",
-                         "text a label without colours 5,5,195,35 FF000000 font 0 style 36",
+                         "text a label without colours 5,5,195,35 FF000000 font 0 format 824",
                          "pop",
                          "pop",
                          "clip 0,40,200,100",  // transparent colours paint nothing
@@ -182,6 +206,54 @@ TEST_F(Painting, ChildrenAreClippedToTheirBoxAndFloatingOnesComeLast) {
                      }));
   window.GetRoot()->SetVisible(false);
   EXPECT_EQ(Paint(), Lines{});
+}
+
+// What the painting attributes ask of the render context: a layer for alpha, an offset, a
+// rounded fill, clip and border (children inside, border over them), gradient bands, image
+// layout and empty centre, the pen colour for the rounded border, and the text's flags and hint.
+TEST_F(Painting, RoundedHalfTransparentMovedAndGradientControls) {
+  Build(R"(<Window><VBox>
+      <VBox height="40" bkcolor="#FF0000FF" borderround="8,6" bordersize="2" bordercolor="black" alpha="128"
+            renderoffset="3,4"><Control bkcolor="red"/></VBox>
+      <Control height="20" isgradient="true" begingradientcolor="#FF000000" endgradientcolor="#FF0000FF"
+               nSteps="2" isgradientvertical="true"/>
+      <Control height="20" borderround="4,4" drawgdipulsround="true" gdipenroundcolor="#FF102030"
+               bkimage="file='a' corner='1,1,1,1'" emptycenter="true" imagelayout="scale"/>
+      <Label height="20" text="t" align="right" singleline="false" linelimit="true"
+             TextRenderingHint="TextRenderingHintAntiAlias"/>
+    </VBox></Window>)",
+        UiRect{0, 0, 100, 100});
+  EXPECT_EQ(Paint(), (Lines{
+                         "clip 0,0,100,100",
+                         "clip 0,0,100,40",
+                         "alpha 128 0,0,100,40",
+                         "offset 3,4",
+                         "fill round 8,6 0,0,100,40 FF0000FF",
+                         "round 8,6 clip 0,0,100,40",
+                         "clip 0,0,100,40",
+                         "fill 0,0,100,40 FFFF0000",
+                         "pop",
+                         "pop",
+                         "border round 8,6 0,0,100,40 width 2 FF000000",  // over the child
+                         "pop offset",
+                         "pop alpha",
+                         "pop",
+                         "clip 0,40,100,60",
+                         "fill 0,40,100,50 FF000000",  // two steps from the first colour to the last
+                         "fill 0,50,100,60 FF0000FF",
+                         "pop",
+                         "clip 0,60,100,80",
+                         "round 4,4 clip 0,60,100,80",
+                         "image C:\\res\\skins\\default\\form\\a.png 0,60,100,80 corner 1,1,1,1 alpha 255 layout 2 "
+                         "emptycenter",
+                         "pop",
+                         "border round 4,4 0,60,100,80 width 1 FF102030",  // the pen colour, back in ARGB
+                         "pop",
+                         "clip 0,80,100,100",
+                         "text t 0,80,100,100 FF000000 font 0 format 2812 hint 4",  // right, wrapped, whole lines
+                         "pop",
+                         "pop",
+                     }));
 }
 
 }  // namespace

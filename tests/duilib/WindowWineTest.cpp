@@ -393,4 +393,86 @@ TEST_F(WindowUnderWine, AChildAddedToAShownWindowIsLaidOutAndRepaintedWithoutMor
   DestroyWindow(hwnd);
 }
 
+// What the painting attributes look like, pixel by pixel: rounded corners that show the parent
+// through (and clip the children), a gradient's end colours, a half-transparent control's blend,
+// a render offset, a corner-stretched image without its centre, tiling, image layouts, wrapped
+// text; and the cursor a control asks for.
+TEST_F(WindowUnderWine, PaintingAttributesShowInThePixels) {
+  testing_support::Write(dir.NativeOf(L"skins\\default\\form\\paint.xml"), R"(<?xml version="1.0" encoding="utf-8"?>
+<Window size="200,140">
+  <Font name="Tahoma" size="12"/>
+  <VBox bkcolor="#FFFFFFFF">
+    <HBox height="40">
+      <VBox width="40" borderround="16,16" bordersize="2" bordercolor="#FF000000"><Control bkcolor="#FFFF0000"/></VBox>
+      <Control width="40" isgradient="true" begingradientcolor="#FF000000" endgradientcolor="#FF0000FF" nSteps="4"/>
+      <Control width="40" bkcolor="#FFFF0000" alpha="128"/>
+      <Control name="offset" width="40" bkcolor="#FF00FF00" renderoffset="10,0" cursortype="ibeam"/>
+      <Control width="40" bkcolor="#FF0000FF" borderround="40,40"/>
+    </HBox>
+    <HBox height="40">
+      <Control width="40" bkimage="file='../shared/red.png' corner='2,2,2,2'" emptycenter="true"/>
+      <Control width="40" bkimage="file='../shared/red.png' xtiled='true'"/>
+      <Control width="40" bkimage="../shared/red.png" imagelayout="cut"/>
+      <Control width="80" bkimage="../shared/red.png" imagelayout="scale"/>
+    </HBox>
+    <HBox height="60">
+      <Label width="100" text="wrap wrap wrap wrap wrap wrap" align="top" singleline="false"/>
+      <Label width="100" text="wrap wrap wrap wrap wrap wrap" align="top"/>
+    </HBox>
+    <HBox visible="false"><Button name="ok"/><Button name="close"/></HBox>
+  </VBox>
+</Window>)");
+  TestForm form;
+  form.skinFile = L"paint.xml";
+  HWND hwnd = form.Create(nullptr, L"paint", WS_POPUP, 0);
+  ASSERT_NE(hwnd, nullptr);
+  const std::wstring png = ProgramFolder() + L"window_paint.png";
+  ASSERT_TRUE(form.RenderToPng(png));
+  Picture picture(png);
+  struct Row {
+    const char* what;
+    int x, y;
+    uint32_t rgb;
+    int tolerance;  // per channel
+  };
+  const Row rows[] = {
+      {"rounded box: its corner shows the parent, not its child", 0, 0, 0xFFFFFF, 0},
+      {"rounded box: its child inside", 20, 20, 0xFF0000, 0},
+      {"rounded box: the border over the child", 20, 1, 0x000000, 0},
+      {"rounded box: the bottom right corner", 39, 39, 0xFFFFFF, 0},
+      {"gradient: the first colour at the left", 40, 20, 0x000000, 0},
+      {"gradient: the third of four steps", 60, 20, 0x0000AA, 0},
+      {"gradient: the last colour at the right", 79, 20, 0x0000FF, 0},
+      {"alpha 128: red half over white", 100, 20, 0xFF7F7F, 1},
+      {"render offset: the control's left ten pixels are left bare", 125, 20, 0xFFFFFF, 0},
+      {"render offset: its colour moved right", 135, 20, 0x00FF00, 0},
+      {"round without a border: the corner", 161, 1, 0xFFFFFF, 0},
+      {"round without a border: the middle", 180, 20, 0x0000FF, 0},
+      {"empty centre: the corner keeps its size", 1, 41, 0x801010, 0},
+      {"empty centre: the right edge", 38, 60, 0x801010, 0},
+      {"empty centre: the middle shows the parent", 20, 60, 0xFFFFFF, 0},
+      {"tiled across: the second tile's frame", 48, 60, 0x801010, 0},
+      {"tiled across: the first tile's middle", 44, 60, 0xC81E1E, 0},
+      {"cut: the image at its own size", 84, 44, 0xC81E1E, 0},
+      {"cut: nothing past it", 100, 60, 0xFFFFFF, 0},
+      {"scale: square in the middle of a wide place", 160, 60, 0xC81E1E, 0},
+      {"scale: the sides are bare", 125, 60, 0xFFFFFF, 0},
+  };
+  for (const Row& row : rows) {
+    const uint32_t seen = picture.At(row.x, row.y);
+    for (int shift = 0; shift < 24; shift += 8)
+      EXPECT_LE(std::abs(static_cast<int>((seen >> shift) & 0xFF) - static_cast<int>((row.rgb >> shift) & 0xFF)),
+                row.tolerance)
+          << row.what << ": " << std::hex << seen;
+  }
+  EXPECT_LT(picture.DarkestIn(0, 97, 100, 110), 300) << "wrapped text reaches its second line";
+  EXPECT_EQ(picture.DarkestIn(100, 97, 200, 110), 3 * 255) << "one line stays one line";
+
+  PostMessageW(hwnd, WM_MOUSEMOVE, 0, At(135, 20));
+  ASSERT_TRUE(PumpUntil([&] { return form.GetHotControl() == form.FindControl(L"offset"); }));
+  SendMessageW(hwnd, WM_SETCURSOR, reinterpret_cast<WPARAM>(hwnd), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+  EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_IBEAM)) << "cursortype ibeam";
+  DestroyWindow(hwnd);
+}
+
 }  // namespace
