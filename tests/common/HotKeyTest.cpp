@@ -25,6 +25,7 @@ TEST(HotKeyText, ParsesAndFormatsCanonically) {
       {L"Control+Page Up", C, 0x21, L"Ctrl+PgUp"},
       {L"Ctrl+Num +", C, 0x6B, L"Ctrl+Num +"},  // '+' inside the key name
       {L"Ctrl+-", C, 0xBD, L"Ctrl+-"},
+      {L"Ctrl+=", C, 0xBB, L"Ctrl+="},
       {L"F24", 0, 0x87, L"F24"},
       {L"Alt+Escape", A, 0x1B, L"Alt+Esc"},
       {L"  Ctrl+del ", C, 0x2E, L"Ctrl+Delete"},

@@ -36,6 +36,7 @@ TEST(PathParts, DirNameAndExtension) {
   EXPECT_EQ(mc::GetFileNameFromString(L"b.tar.gz", true), L"b.tar.");
   EXPECT_EQ(mc::GetFileExtFromString(L"b.tar.gz", true), L".gz");
   EXPECT_EQ(mc::GetFileExtFromString(L"b.tar.gz", false), L"gz");
+  EXPECT_EQ(mc::GetFileExtFromString(L".ini", false), L"ini");  // a name that is all extension
   EXPECT_EQ(mc::GetFileNameFromString(L"plain", true), L"plain");
   EXPECT_EQ(mc::GetFileExtFromString(L"plain", true), L"");
 }

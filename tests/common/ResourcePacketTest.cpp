@@ -154,8 +154,11 @@ TEST(ResourcePacket, RefusalsLeaveThingsAsTheyWere) {
       {L"readme.txt\\inside", false},    // under a stream
       {L"skins\\default\\a.png", true},  // replaced
   };
-  for (const auto& w : writes)
+  for (const auto& w : writes) {
     EXPECT_EQ(packet.Write(w.path.c_str(), "x"), w.ok) << std::string(w.path.begin(), w.path.end());
+    if (w.path != L"skins" && w.path.find(L'\\') == std::wstring::npos)  // one name: its form alone
+      EXPECT_EQ(mc::IsValidPacketName(w.path.c_str()), w.ok) << std::string(w.path.begin(), w.path.end());
+  }
   std::string data = "untouched";
   EXPECT_FALSE(packet.Read(L"skins", data));
   EXPECT_FALSE(packet.Read(L"missing", data));
