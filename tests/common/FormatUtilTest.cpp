@@ -40,6 +40,7 @@ TEST(FormatTime, UsesTheLanguageStrings) {
   EXPECT_EQ(mc::GetFormatTimeString(5), L"5\u79d2");
   EXPECT_EQ(mc::GetFormatTimeString(65), L"1\u52065\u79d2");
   EXPECT_EQ(mc::GetFormatTimeString(3605), L"1\u5c0f\u65f60\u52065\u79d2");
+  EXPECT_EQ(mc::GetFormatTimeString(3540), L"59\u52060\u79d2");
   EXPECT_EQ(mc::GetFormatTimeString(0), L"0\u79d2");
   lang->ClearAll();
   EXPECT_EQ(mc::GetFormatTimeString(61), L"11");  // no table: the bare numbers
