@@ -99,13 +99,15 @@ void Control::PaintAnimated(IRenderContext& render) {
     Paint(render);
     return;
   }
-  render.PushAlpha(pos, frame.alpha);
-  render.PushOffset(frame.offset.x, frame.offset.y);
+  // Only what moves needs a layer or an offset.
+  const bool blended = frame.alpha < 255, moved = frame.offset != UiPoint{};
+  if (blended) render.PushAlpha(pos, frame.alpha);
+  if (moved) render.PushOffset(frame.offset.x, frame.offset.y);
   // Growing in width or height shows the control from its top left corner.
   if (render.PushClip(UiRect{pos.left, pos.top, pos.left + frame.shown.cx, pos.top + frame.shown.cy})) Paint(render);
   render.PopClip();
-  render.PopOffset();
-  render.PopAlpha();
+  if (moved) render.PopOffset();
+  if (blended) render.PopAlpha();
 }
 
 }  // namespace mivo::duilib
