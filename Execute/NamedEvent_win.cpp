@@ -4,6 +4,7 @@
 #include <map>
 
 #include "Execute/NamedEvent.h"
+#include "base/synchronization/lock.h"
 
 const wchar_t* const kStartRunningEvent = L"MIVO6 Start Running Event";
 const wchar_t* const kUpdateExecutedEvent = L"MIVO6 Do Update Executed Event";
@@ -11,9 +12,7 @@ const wchar_t* const kUpdateExecutedEvent = L"MIVO6 Do Update Executed Event";
 namespace {
 
 struct NamedEventTable {
-  NamedEventTable() { InitializeCriticalSection(&lock); }
-  ~NamedEventTable() { DeleteCriticalSection(&lock); }
-  CRITICAL_SECTION lock;
+  nbase::Lock lock;
   volatile BYTE busy = 0;  // informational: 1 while the section is held
   std::map<CString, HANDLE> events;
 };
@@ -23,16 +22,14 @@ NamedEventTable& Table() {
   return table;
 }
 
+// The busy byte is cleared before the lock is given up (members go after the destructor's body).
 class Guard {
  public:
-  Guard() {
-    EnterCriticalSection(&Table().lock);
-    Table().busy = 1;
-  }
-  ~Guard() {
-    Table().busy = 0;
-    LeaveCriticalSection(&Table().lock);
-  }
+  Guard() : m_hold(Table().lock) { Table().busy = 1; }
+  ~Guard() { Table().busy = 0; }
+
+ private:
+  nbase::AutoLock m_hold;
 };
 
 }  // namespace

@@ -4,12 +4,11 @@
 #include <cstdarg>
 #include <cstring>
 
+#include "base/util/string_util.h"
 #include "toolkit/Format.h"
 
 namespace mivo::common {
 namespace {
-
-const char kTrimSet[] = " \t\n\r";
 
 // Appends the pieces of `text` between occurrences of `sep` to `out`; shared by all the
 // AnalyzeString forms.
@@ -70,23 +69,18 @@ std::string bin2hex(const void* data, unsigned int len) {
 
 std::string bin2hex(const std::string& data) { return bin2hex(data.data(), static_cast<unsigned int>(data.size())); }
 
-void string_trim_left(std::string& s) { s.erase(0, s.find_first_not_of(kTrimSet)); }
+void string_trim_left(std::string& s) { s.erase(0, s.size() - nbase::TrimLeft(s).size()); }
 
-void string_trim_right(std::string& s) {
-  size_t last = s.find_last_not_of(kTrimSet);
-  s.erase(last == std::string::npos ? 0 : last + 1);
-}
+void string_trim_right(std::string& s) { s.erase(nbase::TrimRight(s).size()); }
 
 void string_trim(std::string& s) {
   string_trim_right(s);
   string_trim_left(s);
 }
 
+// as zero-terminated strings: the comparison ends at an embedded NUL
 int string_compare_no_case(const std::string& a, const std::string& b) {
-  std::string ua(a.c_str()), ub(b.c_str());
-  for (auto& c : ua) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  for (auto& c : ub) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return std::strcmp(ua.c_str(), ub.c_str());
+  return nbase::CompareNoCase(a.c_str(), b.c_str());
 }
 
 void string_replace(std::string& s, const std::string& from, const std::string& to) {

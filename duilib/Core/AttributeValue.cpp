@@ -4,6 +4,8 @@
 #include <cwctype>
 #include <limits>
 
+#include "base/util/string_util.h"
+
 namespace mivo::duilib::attr {
 
 namespace {
@@ -62,9 +64,8 @@ UiSize ParsePair(const std::wstring& value) {
 }
 
 bool ParseColor(const std::wstring& value, uint32_t& argb) {
-  size_t first = value.find_first_not_of(L" \t\r\n");
-  if (first == std::wstring::npos) return false;
-  std::wstring text = value.substr(first, value.find_last_not_of(L" \t\r\n") + 1 - first);
+  std::wstring text(nbase::Trim(value));
+  if (text.empty()) return false;
   const bool hashed = text[0] == L'#';
   const std::wstring digits = hashed ? text.substr(1) : text;
   bool hex = digits.size() == 6 || digits.size() == 8;
@@ -83,7 +84,7 @@ bool ParseColor(const std::wstring& value, uint32_t& argb) {
       {L"red", 0xFFFF0000u},         {L"green", 0xFF008000u}, {L"blue", 0xFF0000FFu},
       {L"yellow", 0xFFFFFF00u},      {L"gray", 0xFF808080u},  {L"grey", 0xFF808080u},
   };
-  for (wchar_t& c : text) c = static_cast<wchar_t>(std::towlower(c));
+  nbase::MakeLower(text);
   for (const auto& named : kNames) {
     if (text == named.name) {
       argb = named.argb;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cwctype>
 
+#include "base/util/string_util.h"
 #include "duilib/Core/AttributeValue.h"
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/SkinPath.h"
@@ -10,8 +11,6 @@
 namespace mivo::duilib {
 
 namespace {
-
-bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
 
 void AddPngIfBare(std::wstring& path) {
   size_t name = path.find_last_of(L"\\/");
@@ -23,22 +22,17 @@ void AddPngIfBare(std::wstring& path) {
 
 bool ParseImageDescription(const std::wstring& text, ImageDescription& out) {
   out = ImageDescription();
-  size_t first = 0;
-  while (first < text.size() && IsBlank(text[first])) ++first;
-  size_t last = text.size();
-  while (last > first && IsBlank(text[last - 1])) --last;
-  const std::wstring trimmed = text.substr(first, last - first);
+  const std::wstring trimmed(nbase::Trim(text));
   if (trimmed.find(L'=') == std::wstring::npos) {
     out.file = trimmed;
     return !out.file.empty();
   }
   size_t at = 0;
   while (at < trimmed.size()) {
-    while (at < trimmed.size() && IsBlank(trimmed[at])) ++at;
+    while (at < trimmed.size() && nbase::IsBlank(trimmed[at])) ++at;
     size_t equals = trimmed.find(L'=', at);
     if (equals == std::wstring::npos) break;
-    std::wstring name = trimmed.substr(at, equals - at);
-    while (!name.empty() && IsBlank(name.back())) name.pop_back();
+    const std::wstring name(nbase::TrimRight(std::wstring_view(trimmed).substr(at, equals - at)));
     size_t start = equals + 1, end;
     if (start < trimmed.size() && (trimmed[start] == L'\'' || trimmed[start] == L'"')) {
       end = trimmed.find(trimmed[start], start + 1);
@@ -47,7 +41,7 @@ bool ParseImageDescription(const std::wstring& text, ImageDescription& out) {
       at = end + 1;
     } else {
       end = start;
-      while (end < trimmed.size() && !IsBlank(trimmed[end])) ++end;
+      while (end < trimmed.size() && !nbase::IsBlank(trimmed[end])) ++end;
       at = end;
     }
     const std::wstring value = trimmed.substr(start, end - start);

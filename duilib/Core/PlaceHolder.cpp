@@ -1,10 +1,10 @@
 #include "duilib/Core/PlaceHolder.h"
 
 #include <memory>
-#include <mutex>
 #include <utility>
 #include <vector>
 
+#include "base/synchronization/lock.h"
 #include "duilib/Core/Box.h"
 #include "duilib/Core/Window.h"
 
@@ -19,7 +19,7 @@ namespace {
 class RecordPool {
  public:
   LayoutRecord* Take() {
-    std::lock_guard<std::mutex> lock(m_lock);
+    nbase::AutoLock hold(m_lock);
     if (!m_free.empty()) {
       LayoutRecord* record = m_free.back();
       m_free.pop_back();
@@ -33,13 +33,13 @@ class RecordPool {
     return &m_chunks.back()[m_used++];
   }
   void Give(LayoutRecord* record) {
-    std::lock_guard<std::mutex> lock(m_lock);
+    nbase::AutoLock hold(m_lock);
     m_free.push_back(record);
   }
 
  private:
   static constexpr size_t kChunk = 4096;
-  std::mutex m_lock;
+  nbase::Lock m_lock;
   std::vector<std::unique_ptr<LayoutRecord[]>> m_chunks;
   size_t m_used = kChunk;
   std::vector<LayoutRecord*> m_free;

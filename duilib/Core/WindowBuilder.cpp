@@ -2,10 +2,11 @@
 
 #include <tinyxml.h>
 
-#include <cwctype>
+#include <algorithm>
 #include <memory>
 #include <vector>
 
+#include "base/util/string_util.h"
 #include "common/XmlLoader.h"
 #include "duilib/Core/AttributeValue.h"
 #include "duilib/Core/Box.h"
@@ -14,9 +15,9 @@
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/Label.h"
 #include "duilib/Core/ListBox.h"
-#include "duilib/Core/TileLayout.h"
 #include "duilib/Core/Option.h"
 #include "duilib/Core/SkinPath.h"
+#include "duilib/Core/TileLayout.h"
 #include "duilib/Core/Window.h"
 #include "toolkit/Utf8.h"
 
@@ -70,7 +71,8 @@ std::wstring JoinPath(const std::wstring& folder, const std::wstring& file) {
 
 // File names compare as Windows compares them, without regard to case.
 std::wstring FileKey(std::wstring path) {
-  for (wchar_t& c : path) c = static_cast<wchar_t>(std::towlower(c == L'/' ? L'\\' : c));
+  std::replace(path.begin(), path.end(), L'/', L'\\');
+  nbase::MakeLower(path);
   return path;
 }
 

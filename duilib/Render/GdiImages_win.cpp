@@ -7,12 +7,12 @@
 #include <gdiplus.h>
 
 #include <algorithm>
-#include <cwctype>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/util/string_util.h"
 #include "duilib/Render/GdiRender.h"
 #include "duilib/Render/ImagePlace.h"
 #include "duilib/Render/ImageResample.h"
@@ -45,7 +45,7 @@ constexpr UINT kMaxImageSide = 8192;
 const DecodedImage* LoadImageFile(const std::wstring& path) {
   static std::map<std::wstring, std::unique_ptr<DecodedImage>> cache;
   std::wstring key = path;
-  for (wchar_t& c : key) c = static_cast<wchar_t>(std::towlower(c));
+  nbase::MakeLower(key);
   auto found = cache.find(key);
   if (found != cache.end()) return found->second.get();
   if (!StartGdiplus()) return nullptr;

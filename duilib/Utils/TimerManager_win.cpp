@@ -9,6 +9,8 @@
 #include <atomic>
 #include <utility>
 
+#include "base/synchronization/lock.h"
+
 namespace mivo::duilib {
 namespace {
 
@@ -59,14 +61,11 @@ LRESULT CALLBACK TimerWindowProc(HWND window, UINT message, WPARAM wParam, LPARA
 
 std::atomic<TimerManager*> g_instance{nullptr};
 
-// Guards the creation of the instance; never deleted, like the instance itself.
-CRITICAL_SECTION* CreationLock() {
-  struct Lock {
-    Lock() { InitializeCriticalSection(&section); }
-    CRITICAL_SECTION section;
-  };
-  static Lock lock;
-  return &lock.section;
+// Guards the creation of the instance; never deleted, like the instance itself, so that a
+// callback during the process's exit still finds it.
+nbase::Lock& CreationLock() {
+  static nbase::Lock* lock = new nbase::Lock();
+  return *lock;
 }
 
 }  // namespace
@@ -74,13 +73,12 @@ CRITICAL_SECTION* CreationLock() {
 TimerManager* TimerManager::GetInstance() {
   TimerManager* instance = g_instance.load(std::memory_order_acquire);
   if (instance == nullptr) {
-    EnterCriticalSection(CreationLock());
+    nbase::AutoLock hold(CreationLock());
     instance = g_instance.load(std::memory_order_relaxed);
     if (instance == nullptr) {
       instance = new TimerManager();
       g_instance.store(instance, std::memory_order_release);
     }
-    LeaveCriticalSection(CreationLock());
   }
   return instance;
 }
