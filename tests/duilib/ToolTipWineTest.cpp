@@ -7,10 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <set>
 #include <string>
 
 #include "WineWindowSupport.h"
+#include "duilib/Core/Animation.h"
 #include "duilib/Core/Box.h"
 #include "duilib/Core/GlobalManager.h"
 #include "duilib/Core/Window.h"
@@ -20,6 +22,8 @@
 namespace {
 
 using namespace mivo::duilib;
+using wine_window::Picture;
+using wine_window::ProgramFolder;
 using wine_window::PumpUntil;
 
 constexpr char kSkin[] = R"(<Window size="200,120">
@@ -101,6 +105,29 @@ TEST_F(TippedWindow, AFadeRunsOnTheTimerTicksAndStopsThem) {
   EXPECT_GE(GetTickCount() - start, 240u);
   EXPECT_GE(alphas.size(), 6u) << "15 or 16 steps of 16 ms; a slow machine may miss some";
   EXPECT_TRUE(PumpUntil([] { return TimerManager::GetInstance()->GetMultimediaTimerId() == 0; }, 1000));
+}
+
+// A ticker moved by hand: the fade stands where the test leaves it.
+struct StillTicker : AnimationTicker {
+  int64_t NowMs() override { return now; }
+  void Every(const std::weak_ptr<nbase::WeakFlag>&, std::function<void()> callback) override { tick = callback; }
+  int64_t now = 0;
+  std::function<void()> tick;
+};
+
+TEST_F(TippedWindow, HalfwayThroughAFadeTheControlIsPaintedHalfBlended) {
+  StillTicker ticker;
+  SetAnimationTicker(&ticker);
+  window.FindControl(L"fading")->SetVisible(false);
+  ticker.now = 125;  // half of 250 ms: alpha 128
+  ticker.tick();
+  const std::wstring png = ProgramFolder() + L"fade_halfway.png";
+  const bool rendered = window.RenderToPng(png);
+  SetAnimationTicker(nullptr);
+  ASSERT_TRUE(rendered);
+  const uint32_t rgb = Picture(png).At(100, 100);  // green over the white window
+  EXPECT_EQ((rgb >> 8) & 0xFF, 255u);
+  EXPECT_NEAR(static_cast<int>(rgb >> 16), 127, 4);
 }
 
 }  // namespace
