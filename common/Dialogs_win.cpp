@@ -1,5 +1,6 @@
 // The system's open/save and folder dialogs behind the library's dialog functions.
 #include <windows.h>
+// after windows.h, which they need
 #include <commdlg.h>
 #include <shlobj.h>
 
@@ -29,7 +30,7 @@ CString OpenFileDialog(int open, const wchar_t* defExt, const wchar_t* fileName,
   if (fileName) lstrcpynW(file.data(), fileName, static_cast<int>(file.size()));
   OPENFILENAMEW ofn = {};
   ofn.lStructSize = sizeof(ofn);
-  ofn.hwndOwner = parent ? nullptr : GetActiveWindow();
+  ofn.hwndOwner = parent ? parent->GetSafeHwnd() : GetActiveWindow();
   ofn.lpstrFilter = filter ? filterBuf.data() : nullptr;
   ofn.lpstrFile = file.data();
   ofn.nMaxFile = static_cast<DWORD>(file.size());

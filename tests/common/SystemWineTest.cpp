@@ -7,6 +7,7 @@
 #include "common/AdminCheck.h"
 #include "common/AudioDevices.h"
 #include "common/Browser.h"
+#include "common/Dialogs.h"
 #include "common/HotKey.h"
 
 namespace mc = mivo::common;
@@ -133,6 +134,41 @@ TEST(AudioDevicesWine, ListsEveryDeviceByName) {
   EXPECT_EQ(inputs.size(), waveInGetNumDevs());
   for (const CString& name : outputs) EXPECT_FALSE(name.IsEmpty());
   for (const CString& name : inputs) EXPECT_FALSE(name.IsEmpty());
+}
+
+// The file dialog's top-level window, seen as it is made: its owner is kept and it is told to
+// cancel at once.
+HHOOK g_dialogHook = nullptr;
+bool g_dialogSeen = false;
+HWND g_dialogOwner = nullptr;
+
+LRESULT CALLBACK CancelFileDialog(int code, WPARAM wParam, LPARAM lParam) {
+  if (code == HCBT_CREATEWND && !g_dialogSeen) {
+    HWND window = reinterpret_cast<HWND>(wParam);
+    const CREATESTRUCTW* create = reinterpret_cast<CBT_CREATEWNDW*>(lParam)->lpcs;
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, 16);
+    if (lstrcmpW(name, L"#32770") == 0 && !(create->style & WS_CHILD)) {
+      g_dialogSeen = true;
+      g_dialogOwner = create->hwndParent;
+      PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+    }
+  }
+  return CallNextHookEx(g_dialogHook, code, wParam, lParam);
+}
+
+TEST(DialogsWine, TheOpenFileDialogBelongsToTheGivenParent) {
+  HWND parent =
+      CreateWindowW(L"STATIC", L"parent", WS_OVERLAPPEDWINDOW, 0, 0, 200, 100, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_NE(parent, nullptr);
+  CWnd wnd(parent);
+  g_dialogHook = SetWindowsHookExW(WH_CBT, CancelFileDialog, nullptr, GetCurrentThreadId());
+  ASSERT_NE(g_dialogHook, nullptr);
+  EXPECT_TRUE(mc::OpenFileDialog(TRUE, L"txt", nullptr, L"Text|*.txt|", L"Pick", 0, &wnd).IsEmpty());
+  UnhookWindowsHookEx(g_dialogHook);
+  EXPECT_TRUE(g_dialogSeen);
+  EXPECT_EQ(g_dialogOwner, parent);
+  DestroyWindow(parent);
 }
 
 }  // namespace
