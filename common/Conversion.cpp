@@ -24,7 +24,8 @@ long long ParseDecimal(const Ch* s, long long lo, long long hi) {
   while (IsBlank(*s)) ++s;
   bool negative = false;
   if (*s == Ch('+') || *s == Ch('-')) negative = (*s++ == Ch('-'));
-  unsigned long long limit = negative ? static_cast<unsigned long long>(-(lo + 1)) + 1 : static_cast<unsigned long long>(hi);
+  unsigned long long limit =
+      negative ? static_cast<unsigned long long>(-(lo + 1)) + 1 : static_cast<unsigned long long>(hi);
   unsigned long long v = 0;
   bool overflow = false;
   for (; *s >= Ch('0') && *s <= Ch('9'); ++s) {
@@ -56,10 +57,14 @@ unsigned long long ParseUnsigned(const Ch* s, int base) {
   bool overflow = false;
   for (;; ++s) {
     int digit;
-    if (*s >= Ch('0') && *s <= Ch('9')) digit = static_cast<int>(*s - Ch('0'));
-    else if (*s >= Ch('a') && *s <= Ch('z')) digit = static_cast<int>(*s - Ch('a')) + 10;
-    else if (*s >= Ch('A') && *s <= Ch('Z')) digit = static_cast<int>(*s - Ch('A')) + 10;
-    else break;
+    if (*s >= Ch('0') && *s <= Ch('9'))
+      digit = static_cast<int>(*s - Ch('0'));
+    else if (*s >= Ch('a') && *s <= Ch('z'))
+      digit = static_cast<int>(*s - Ch('a')) + 10;
+    else if (*s >= Ch('A') && *s <= Ch('Z'))
+      digit = static_cast<int>(*s - Ch('A')) + 10;
+    else
+      break;
     if (digit >= base) break;
     if (v > (ULLONG_MAX - static_cast<unsigned>(digit)) / static_cast<unsigned>(base)) overflow = true;
     v = v * static_cast<unsigned>(base) + static_cast<unsigned>(digit);
@@ -146,19 +151,19 @@ CString Int2CString(int value) {
   return s;
 }
 
-unsigned __int64 CString2DWORD64(const CString& text) {
-  return static_cast<unsigned __int64>(ParseDecimal(text.GetString(), LLONG_MIN, LLONG_MAX));
+ULONGLONG CString2DWORD64(const CString& text) {
+  return static_cast<ULONGLONG>(ParseDecimal(text.GetString(), LLONG_MIN, LLONG_MAX));
 }
 
-CString DWORD642CString(unsigned __int64 value) {
+CString DWORD642CString(ULONGLONG value) {
   CString s;
   s.Format(L"%I64d", value);
   return s;
 }
 
-unsigned __int64 CString2UInt(const CString& text) { return ParseUnsigned(text.GetString(), 0); }
+ULONGLONG CString2UInt(const CString& text) { return ParseUnsigned(text.GetString(), 0); }
 
-CString UInt2CString(unsigned __int64 value) {
+CString UInt2CString(ULONGLONG value) {
   CString s;
   s.Format(L"%I64d", value);
   return s;
@@ -174,27 +179,25 @@ std::string UInt2Bytes(unsigned int value) {
 
 int Bytes2Int(const std::string& text) { return static_cast<int>(ParseDecimal(text.c_str(), INT_MIN, INT_MAX)); }
 
-std::string DWORD642Bytes(unsigned __int64 value) {
+std::string DWORD642Bytes(ULONGLONG value) {
   CString s;
   s.Format(L"%I64u", value);
   return CString2MBCS(s, 0);
 }
 
-unsigned __int64 Bytes2DWORD64(const std::string& text) { return ParseUnsigned(text.c_str(), 10); }
+ULONGLONG Bytes2DWORD64(const std::string& text) { return ParseUnsigned(text.c_str(), 10); }
 
 std::string Int2Utf8(int value) { return CString_to_utf8(Int2CString(value)); }
 int Utf82Int(const std::string& text) { return Bytes2Int(text); }
-std::string DWORD642Utf8(unsigned __int64 value) {
+std::string DWORD642Utf8(ULONGLONG value) {
   CString s;
   s.Format(L"%I64u", value);
   return CString_to_utf8(s);
 }
-unsigned __int64 Utf82DWORD64(const std::string& text) { return Bytes2DWORD64(text); }
+ULONGLONG Utf82DWORD64(const std::string& text) { return Bytes2DWORD64(text); }
 
 int string2int(const std::string* text) { return text ? Bytes2Int(*text) : 0; }
-int string2int(const char* text) {
-  return text ? static_cast<int>(ParseDecimal(text, INT_MIN, INT_MAX)) : 0;
-}
+int string2int(const char* text) { return text ? static_cast<int>(ParseDecimal(text, INT_MIN, INT_MAX)) : 0; }
 
 std::string ultoa10(unsigned int value) {
   char buf[16];

@@ -27,20 +27,20 @@ MIVO_COMMON_API std::string UTF82String(const std::string& utf8);
 // Numbers. The parsers follow the C runtime's atoi family: leading blanks, an optional
 // sign, decimal digits; 0 when there are none; out-of-range values clamp.
 MIVO_COMMON_API int CString2Int(const CString& text);
-MIVO_COMMON_API CString Int2CString(int value);                          // "%d"
-MIVO_COMMON_API unsigned __int64 CString2DWORD64(const CString& text);  // signed 64-bit parse
-MIVO_COMMON_API CString DWORD642CString(unsigned __int64 value);        // "%I64d"
-MIVO_COMMON_API unsigned __int64 CString2UInt(const CString& text);     // base 0: 0x hex, 0 octal
-MIVO_COMMON_API CString UInt2CString(unsigned __int64 value);           // "%I64d", signed on purpose
-MIVO_COMMON_API std::string Int2Bytes(int value);                       // decimal text, ANSI
-MIVO_COMMON_API std::string UInt2Bytes(unsigned int value);             // "%d" too: 4294967295 is "-1"
+MIVO_COMMON_API CString Int2CString(int value);                  // "%d"
+MIVO_COMMON_API ULONGLONG CString2DWORD64(const CString& text);  // signed 64-bit parse
+MIVO_COMMON_API CString DWORD642CString(ULONGLONG value);        // "%I64d"
+MIVO_COMMON_API ULONGLONG CString2UInt(const CString& text);     // base 0: 0x hex, 0 octal
+MIVO_COMMON_API CString UInt2CString(ULONGLONG value);           // "%I64d", signed on purpose
+MIVO_COMMON_API std::string Int2Bytes(int value);                // decimal text, ANSI
+MIVO_COMMON_API std::string UInt2Bytes(unsigned int value);      // "%d" too: 4294967295 is "-1"
 MIVO_COMMON_API int Bytes2Int(const std::string& text);
-MIVO_COMMON_API std::string DWORD642Bytes(unsigned __int64 value);      // "%I64u"
-MIVO_COMMON_API unsigned __int64 Bytes2DWORD64(const std::string& text);  // unsigned decimal parse
+MIVO_COMMON_API std::string DWORD642Bytes(ULONGLONG value);        // "%I64u"
+MIVO_COMMON_API ULONGLONG Bytes2DWORD64(const std::string& text);  // unsigned decimal parse
 MIVO_COMMON_API std::string Int2Utf8(int value);
 MIVO_COMMON_API int Utf82Int(const std::string& text);
-MIVO_COMMON_API std::string DWORD642Utf8(unsigned __int64 value);
-MIVO_COMMON_API unsigned __int64 Utf82DWORD64(const std::string& text);
+MIVO_COMMON_API std::string DWORD642Utf8(ULONGLONG value);
+MIVO_COMMON_API ULONGLONG Utf82DWORD64(const std::string& text);
 MIVO_COMMON_API int string2int(const std::string* text);  // null gives 0
 MIVO_COMMON_API int string2int(const char* text);         // null gives 0
 MIVO_COMMON_API std::string ultoa10(unsigned int value);

@@ -1,5 +1,7 @@
 #pragma once
 // The factory's primitives over libcrypto: ciphers, digests and HMAC through its EVP layer.
+// Private to the library: nothing here is exported; modules reach these objects through the
+// interfaces that CryptoFactory (Crypto.h) hands out.
 #include <openssl/types.h>
 
 #include <string>
@@ -8,7 +10,7 @@
 
 namespace CryptoImpl {
 
-class MIVO_COMMON_API StreamCipher : public mivo::common::IStreamCipher {
+class StreamCipher : public mivo::common::IStreamCipher {
  public:
   explicit StreamCipher(const EVP_CIPHER* cipher);
   ~StreamCipher() override;
@@ -28,23 +30,23 @@ class MIVO_COMMON_API StreamCipher : public mivo::common::IStreamCipher {
   bool m_ready = false;
 };
 
-class MIVO_COMMON_API AES128OFB : public StreamCipher {
+class AES128OFB : public StreamCipher {
  public:
   using StreamCipher::StreamCipher;
 };
-class MIVO_COMMON_API RC4 : public StreamCipher {
+class RC4 : public StreamCipher {
  public:
   using StreamCipher::StreamCipher;
 };
-class MIVO_COMMON_API DES_CBC : public StreamCipher {
+class DES_CBC : public StreamCipher {
  public:
   using StreamCipher::StreamCipher;
 };
 
-#define MIVO_DES_VARIANT(Name)                       \
-  class MIVO_COMMON_API Name : public StreamCipher { \
-   public:                                           \
-    Name();                                          \
+#define MIVO_DES_VARIANT(Name)       \
+  class Name : public StreamCipher { \
+   public:                           \
+    Name();                          \
   };
 MIVO_DES_VARIANT(DES_ECB)
 MIVO_DES_VARIANT(DES_CFB)
@@ -60,7 +62,7 @@ MIVO_DES_VARIANT(DES_EDE3_OFB)
 MIVO_DES_VARIANT(DESX_CBC)
 #undef MIVO_DES_VARIANT
 
-class MIVO_COMMON_API Digest : public mivo::common::IDigest {
+class Digest : public mivo::common::IDigest {
  public:
   explicit Digest(const EVP_MD* md);
   ~Digest() override;
@@ -77,7 +79,7 @@ class MIVO_COMMON_API Digest : public mivo::common::IDigest {
   EVP_MD_CTX* m_ctx;
 };
 
-class MIVO_COMMON_API HMAC : public mivo::common::IMAC {
+class HMAC : public mivo::common::IMAC {
  public:
   explicit HMAC(const EVP_MD* md);
   ~HMAC() override;
@@ -99,7 +101,7 @@ class MIVO_COMMON_API HMAC : public mivo::common::IMAC {
   bool m_ready = false;
 };
 
-class MIVO_COMMON_API RSA_Impl : public mivo::common::IRSA {
+class RSA_Impl : public mivo::common::IRSA {
  public:
   RSA_Impl() = default;
   ~RSA_Impl() override;
@@ -124,7 +126,7 @@ class MIVO_COMMON_API RSA_Impl : public mivo::common::IRSA {
   bool m_private = false;
 };
 
-class MIVO_COMMON_API PGPS2K : public mivo::common::IS2K {
+class PGPS2K : public mivo::common::IS2K {
  public:
   explicit PGPS2K(const EVP_MD* md);
   bool Derive(const std::string& passphrase, const std::string& salt, unsigned int count, unsigned int keyLength,
@@ -134,13 +136,13 @@ class MIVO_COMMON_API PGPS2K : public mivo::common::IS2K {
   const EVP_MD* m_md;
 };
 
-class MIVO_COMMON_API RNG : public mivo::common::IRNG {
+class RNG : public mivo::common::IRNG {
  public:
   bool Generate(void* buffer, unsigned int length) override;
   unsigned int Next() override;
 };
 
-class MIVO_COMMON_API Base64 : public mivo::common::IBase64 {
+class Base64 : public mivo::common::IBase64 {
  public:
   explicit Base64(bool lineBreaks) : m_lineBreaks(lineBreaks) {}
   std::string Encode(const std::string& data) override;
@@ -150,7 +152,7 @@ class MIVO_COMMON_API Base64 : public mivo::common::IBase64 {
   bool m_lineBreaks;
 };
 
-class MIVO_COMMON_API URLCode : public mivo::common::IURLCode {
+class URLCode : public mivo::common::IURLCode {
  public:
   std::string Encode(const std::string& text) override;
   std::string Decode(const std::string& text) override;
@@ -160,6 +162,6 @@ class MIVO_COMMON_API URLCode : public mivo::common::IURLCode {
 
 namespace mivo::common {
 // The characters URL encoding keeps, and the hexadecimal digits its decoding accepts.
-extern MIVO_COMMON_API const char kURLUnreserved[];
-extern MIVO_COMMON_API const char kURLHexDigits[];
+extern const char kURLUnreserved[];
+extern const char kURLHexDigits[];
 }  // namespace mivo::common

@@ -68,12 +68,12 @@ bool IsFolderExist(CString path) {
   return a != toolkit::kInvalidAttributes && (a & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-unsigned __int64 GetFileSize(const CString& path) {
+ULONGLONG GetFileSize(const CString& path) {
   ULONGLONG length = 0;
   return toolkit::GetFileLength(path, length) ? length : 0;
 }
 
-unsigned __int64 GetDiskFree(CString path) {
+ULONGLONG GetDiskFree(CString path) {
   ULONGLONG bytes = 0;
   return toolkit::GetDiskFreeBytes(path, bytes) ? bytes : 0;
 }
@@ -177,7 +177,7 @@ bool SafeDeleteFile(const wchar_t* path) {
 
 int LoadFile(const CString& path, std::string& data) { return LoadFileWithin(path, data, ~0ull); }
 
-int LoadFileWithin(const CString& path, std::string& data, unsigned __int64 maxBytes) {
+int LoadFileWithin(const CString& path, std::string& data, ULONGLONG maxBytes) {
   if (path.IsEmpty()) return 0;
   const size_t before = data.size();
   try {

@@ -15,10 +15,10 @@ namespace mivo::common {
 // alone (a walk that deletes leaves them in place) rather than recursed into.
 constexpr int kMaxFolderDepth = 128;
 
-MIVO_COMMON_API bool IsFileExist(const CString& path);              // a file, not a folder
-MIVO_COMMON_API bool IsFolderExist(CString path);                   // a folder (a trailing "\" is allowed)
-MIVO_COMMON_API unsigned __int64 GetFileSize(const CString& path);  // 0 when missing
-MIVO_COMMON_API unsigned __int64 GetDiskFree(CString path);
+MIVO_COMMON_API bool IsFileExist(const CString& path);       // a file, not a folder
+MIVO_COMMON_API bool IsFolderExist(CString path);            // a folder (a trailing "\" is allowed)
+MIVO_COMMON_API ULONGLONG GetFileSize(const CString& path);  // 0 when missing
+MIVO_COMMON_API ULONGLONG GetDiskFree(CString path);
 MIVO_COMMON_API bool IsEmptyFoler(const CString& folder);  // nothing but "." and ".."
 
 // Collect "%s\%s" for the files of "%s\*.*" (a trailing "\" of the folder is dropped first),
@@ -44,7 +44,7 @@ MIVO_COMMON_API bool SafeDeleteFile(const wchar_t* path);
 // Appends the file's bytes to `data`; 0 for an empty path or a file that cannot be opened.
 MIVO_COMMON_API int LoadFile(const CString& path, std::string& data);
 // The same for a file of at most `maxBytes` bytes: 0, with `data` untouched, for a larger one.
-MIVO_COMMON_API int LoadFileWithin(const CString& path, std::string& data, unsigned __int64 maxBytes);
+MIVO_COMMON_API int LoadFileWithin(const CString& path, std::string& data, ULONGLONG maxBytes);
 // Replaces the file with `data` in one step (written beside it, then renamed over it),
 // so a failure leaves the old content. 1 on success.
 MIVO_COMMON_API int SaveFile(const CString& path, const std::string& data);

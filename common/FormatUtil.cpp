@@ -11,7 +11,7 @@ constexpr float kGB = 1073741824.0f;
 
 }  // namespace
 
-CString GetFormatSizeString(unsigned __int64 bytes) {
+CString GetFormatSizeString(ULONGLONG bytes) {
   CString s;
   float size = static_cast<float>(bytes);
   if (bytes >= 1073741824ULL || (bytes >> 32) != 0) {
@@ -40,9 +40,9 @@ CString GetFormatSizeString(float bytesPerSecond) {
   return s;
 }
 
-CString GetFormatTimeString(unsigned __int64 seconds) {
+CString GetFormatTimeString(ULONGLONG seconds) {
   CMutiLanSupport* lang = CMutiLanSupport::GetInstance();
-  unsigned __int64 hours = seconds / 3600, minutes = (seconds % 3600) / 60, secs = seconds % 60;
+  ULONGLONG hours = seconds / 3600, minutes = (seconds % 3600) / 60, secs = seconds % 60;
   CString s;
   if (hours > 0) s.AppendFormat(L"%I64u%s", hours, lang->GetStringViaID(L"STRID_SESSION_HOUR").GetString());
   if (hours > 0 || minutes > 0)

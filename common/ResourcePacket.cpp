@@ -128,7 +128,7 @@ bool CResourcePacket::List(std::vector<ResourcePacketEntry>& entries) const {
   }
 }
 
-bool CResourcePacket::Read(const CString& entry, std::string& data, unsigned __int64 maxBytes) const {
+bool CResourcePacket::Read(const CString& entry, std::string& data, ULONGLONG maxBytes) const {
   PacketPath parts;
   if (!m_store || !SplitPath(entry, parts)) return false;
   try {

@@ -34,19 +34,19 @@
 
 namespace mivo::common {
 
-constexpr int kMaxPacketNameChars = 31;                        // UTF-16 characters of one name
-constexpr int kMaxPacketDepth = 32;                            // names in one entry path
-constexpr int kMaxPacketEntries = 16384;                       // entries and folders in one packet
-constexpr unsigned __int64 kMaxPacketReadBytes = 64ull << 20;  // Read's default size bound
+constexpr int kMaxPacketNameChars = 31;                 // UTF-16 characters of one name
+constexpr int kMaxPacketDepth = 32;                     // names in one entry path
+constexpr int kMaxPacketEntries = 16384;                // entries and folders in one packet
+constexpr ULONGLONG kMaxPacketReadBytes = 64ull << 20;  // Read's default size bound
 
 namespace detail {
 class PacketStore;
 }
 
 struct ResourcePacketEntry {
-  CString path;               // "skins\default\a.png"
-  bool folder = false;        // a storage; its contents follow it in the list
-  unsigned __int64 size = 0;  // bytes of a stream; 0 for a folder
+  CString path;         // "skins\default\a.png"
+  bool folder = false;  // a storage; its contents follow it in the list
+  ULONGLONG size = 0;   // bytes of a stream; 0 for a folder
 };
 
 // Whether `name` may be one name of an entry path (the rules above).
@@ -74,7 +74,7 @@ class MIVO_COMMON_API CResourcePacket {
   bool List(std::vector<ResourcePacketEntry>& entries) const;
   // Replaces `data` with the entry's bytes. Fails for a folder, a missing entry, or an entry
   // larger than `maxBytes` (then `data` is untouched).
-  bool Read(const CString& entry, std::string& data, unsigned __int64 maxBytes = kMaxPacketReadBytes) const;
+  bool Read(const CString& entry, std::string& data, ULONGLONG maxBytes = kMaxPacketReadBytes) const;
 
   // Update mode only. Write adds or replaces an entry, making the folders on its path; it fails
   // when a name on the path is taken by an entry of the other kind. Remove takes an entry or a

@@ -41,15 +41,15 @@ class MIVO_COMMON_API CFileException : public CException {
     endOfFile
   };
 
-  CFileException(int cause = none, long osError = -1, const wchar_t* fileName = nullptr)
+  CFileException(int cause = none, LONG osError = -1, const wchar_t* fileName = nullptr)
       : m_cause(cause), m_lOsError(osError), m_strFileName(fileName) {}
   CString GetErrorMessage() const override;
 
   int m_cause;
-  long m_lOsError;
+  LONG m_lOsError;
   CString m_strFileName;
 };
 
 [[noreturn]] MIVO_COMMON_API void AfxThrowInvalidArgException();
-[[noreturn]] MIVO_COMMON_API void AfxThrowFileException(int cause, long osError = -1,
+[[noreturn]] MIVO_COMMON_API void AfxThrowFileException(int cause, LONG osError = -1,
                                                         const wchar_t* fileName = nullptr);

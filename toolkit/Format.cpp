@@ -1,8 +1,8 @@
 #include "toolkit/Format.h"
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <charconv>
 #include <cstdio>
 #include <cwchar>
 #include <type_traits>
@@ -13,7 +13,22 @@
 namespace toolkit {
 namespace {
 
-enum class Size { Default, Char, Short, Long, LongLong, Int64, Int32, Ptr, SizeT, IntMax, PtrDiff, LongDouble, Wide, Narrow };
+enum class Size {
+  Default,
+  Char,
+  Short,
+  Long,
+  LongLong,
+  Int64,
+  Int32,
+  Ptr,
+  SizeT,
+  IntMax,
+  PtrDiff,
+  LongDouble,
+  Wide,
+  Narrow
+};
 
 // The flags of a directive as a set, written back in one fixed order: printf reads them in
 // any order and any number of times, so the set says all they say.
@@ -184,12 +199,18 @@ void Format(Sink& out, const Ch* fmt, va_list args) {
     }
     Directive dir;
     for (;; ++p) {
-      if (*p == Ch('-')) dir.flags |= kMinus;
-      else if (*p == Ch('+')) dir.flags |= kPlus;
-      else if (*p == Ch(' ')) dir.flags |= kSpace;
-      else if (*p == Ch('#')) dir.flags |= kHash;
-      else if (*p == Ch('0')) dir.flags |= kZero;
-      else break;
+      if (*p == Ch('-'))
+        dir.flags |= kMinus;
+      else if (*p == Ch('+'))
+        dir.flags |= kPlus;
+      else if (*p == Ch(' '))
+        dir.flags |= kSpace;
+      else if (*p == Ch('#'))
+        dir.flags |= kHash;
+      else if (*p == Ch('0'))
+        dir.flags |= kZero;
+      else
+        break;
     }
     if (*p == Ch('*')) {
       dir.width = va_arg(ap, int);
@@ -212,18 +233,30 @@ void Format(Sink& out, const Ch* fmt, va_list args) {
       }
     }
     // length modifiers
-    if (*p == Ch('I') && p[1] == Ch('6') && p[2] == Ch('4')) dir.size = Size::Int64, p += 3;
-    else if (*p == Ch('I') && p[1] == Ch('3') && p[2] == Ch('2')) dir.size = Size::Int32, p += 3;
-    else if (*p == Ch('I')) dir.size = Size::Ptr, ++p;
-    else if (*p == Ch('h') && p[1] == Ch('h')) dir.size = Size::Char, p += 2;
-    else if (*p == Ch('h')) dir.size = Size::Short, ++p;
-    else if (*p == Ch('l') && p[1] == Ch('l')) dir.size = Size::LongLong, p += 2;
-    else if (*p == Ch('l')) dir.size = Size::Long, ++p;
-    else if (*p == Ch('w')) dir.size = Size::Wide, ++p;
-    else if (*p == Ch('z')) dir.size = Size::SizeT, ++p;
-    else if (*p == Ch('j')) dir.size = Size::IntMax, ++p;
-    else if (*p == Ch('t')) dir.size = Size::PtrDiff, ++p;
-    else if (*p == Ch('L')) dir.size = Size::LongDouble, ++p;
+    if (*p == Ch('I') && p[1] == Ch('6') && p[2] == Ch('4'))
+      dir.size = Size::Int64, p += 3;
+    else if (*p == Ch('I') && p[1] == Ch('3') && p[2] == Ch('2'))
+      dir.size = Size::Int32, p += 3;
+    else if (*p == Ch('I'))
+      dir.size = Size::Ptr, ++p;
+    else if (*p == Ch('h') && p[1] == Ch('h'))
+      dir.size = Size::Char, p += 2;
+    else if (*p == Ch('h'))
+      dir.size = Size::Short, ++p;
+    else if (*p == Ch('l') && p[1] == Ch('l'))
+      dir.size = Size::LongLong, p += 2;
+    else if (*p == Ch('l'))
+      dir.size = Size::Long, ++p;
+    else if (*p == Ch('w'))
+      dir.size = Size::Wide, ++p;
+    else if (*p == Ch('z'))
+      dir.size = Size::SizeT, ++p;
+    else if (*p == Ch('j'))
+      dir.size = Size::IntMax, ++p;
+    else if (*p == Ch('t'))
+      dir.size = Size::PtrDiff, ++p;
+    else if (*p == Ch('L'))
+      dir.size = Size::LongDouble, ++p;
     if (!*p) {  // a lone directive at the end is printed as it stands
       out.Append(start, static_cast<size_t>(p - start));
       break;
@@ -234,16 +267,28 @@ void Format(Sink& out, const Ch* fmt, va_list args) {
       case 'i': {
         long long v;
         switch (dir.size) {
-          case Size::Char: v = static_cast<signed char>(va_arg(ap, int)); break;
-          case Size::Short: v = static_cast<short>(va_arg(ap, int)); break;
-          case Size::Long: v = va_arg(ap, long); break;
+          case Size::Char:
+            v = static_cast<signed char>(va_arg(ap, int));
+            break;
+          case Size::Short:
+            v = static_cast<short>(va_arg(ap, int));
+            break;
+          case Size::Long:
+            v = va_arg(ap, int32_t);
+            break;  // long is 32 bits on Windows
           case Size::LongLong:
           case Size::Int64:
-          case Size::IntMax: v = va_arg(ap, long long); break;
+          case Size::IntMax:
+            v = va_arg(ap, long long);
+            break;
           case Size::Ptr:
           case Size::SizeT:
-          case Size::PtrDiff: v = va_arg(ap, intptr_t); break;
-          default: v = va_arg(ap, int); break;
+          case Size::PtrDiff:
+            v = va_arg(ap, intptr_t);
+            break;
+          default:
+            v = va_arg(ap, int);
+            break;
         }
         AppendNumber<Ch>(out, dir, "ll", 'd', v);
         break;
@@ -254,16 +299,28 @@ void Format(Sink& out, const Ch* fmt, va_list args) {
       case 'X': {
         unsigned long long v;
         switch (dir.size) {
-          case Size::Char: v = static_cast<unsigned char>(va_arg(ap, unsigned)); break;
-          case Size::Short: v = static_cast<unsigned short>(va_arg(ap, unsigned)); break;
-          case Size::Long: v = va_arg(ap, unsigned long); break;
+          case Size::Char:
+            v = static_cast<unsigned char>(va_arg(ap, unsigned));
+            break;
+          case Size::Short:
+            v = static_cast<unsigned short>(va_arg(ap, unsigned));
+            break;
+          case Size::Long:
+            v = va_arg(ap, uint32_t);
+            break;
           case Size::LongLong:
           case Size::Int64:
-          case Size::IntMax: v = va_arg(ap, unsigned long long); break;
+          case Size::IntMax:
+            v = va_arg(ap, unsigned long long);
+            break;
           case Size::Ptr:
           case Size::SizeT:
-          case Size::PtrDiff: v = va_arg(ap, uintptr_t); break;
-          default: v = va_arg(ap, unsigned); break;
+          case Size::PtrDiff:
+            v = va_arg(ap, uintptr_t);
+            break;
+          default:
+            v = va_arg(ap, unsigned);
+            break;
         }
         AppendNumber<Ch>(out, dir, "ll", dir.conv, v);
         break;
@@ -285,7 +342,8 @@ void Format(Sink& out, const Ch* fmt, va_list args) {
         Directive hex;
         hex.flags = kZero;
         hex.width = static_cast<int>(sizeof(void*) * 2);
-        AppendNumber<Ch>(out, hex, "ll", 'X', static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(va_arg(ap, void*))));
+        AppendNumber<Ch>(out, hex, "ll", 'X',
+                         static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(va_arg(ap, void*))));
         break;
       }
       case 'n':

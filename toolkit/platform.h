@@ -1,6 +1,9 @@
 #pragma once
 // The Win32 types that appear in portable signatures. On Windows they are the real ones;
-// elsewhere they are stand-ins of the same size so portable code compiles unchanged.
+// elsewhere they are stand-ins of the same size (LONG and DWORD are 32 bits, as on Windows), so
+// portable code compiles unchanged and means the same. The one exception is wide text: WCHAR is
+// the platform's wchar_t, 32 bits here (UTF-32). 64-bit integers are written LONGLONG and
+// ULONGLONG, never the compiler-specific __int64.
 #if defined(_WIN32)
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -10,18 +13,16 @@
 #include <cstdint>
 #include <cwchar>
 
-#define __int64 long long
-
 typedef int BOOL;
 typedef unsigned char BYTE;
 typedef unsigned short WORD;
 typedef uint32_t DWORD;
 typedef unsigned int UINT;
-typedef long LONG;
-typedef unsigned long ULONG;
-typedef int64_t LONGLONG;
-typedef uint64_t ULONGLONG;
-typedef uint64_t DWORD64;
+typedef int32_t LONG;
+typedef uint32_t ULONG;
+typedef long long LONGLONG;  // the types Windows uses, so that overloads resolve alike
+typedef unsigned long long ULONGLONG;
+typedef unsigned long long DWORD64;
 typedef wchar_t WCHAR;
 typedef wchar_t TCHAR;
 typedef const wchar_t* LPCTSTR;
@@ -71,6 +72,8 @@ typedef tagMSG MSG;
 #define _T(x) L##x
 #endif
 #endif
+
+static_assert(sizeof(LONG) == 4 && sizeof(DWORD) == 4 && sizeof(LONGLONG) == 8, "Win32 sizes");
 
 // The framework's opaque iterator of its lists and maps.
 struct __POSITION {};

@@ -90,7 +90,7 @@ TEST(Numbers, SignedFormattingQuirksAreKept) {
 }
 
 TEST(Numbers, SixtyFourBitRoundTrips) {
-  for (unsigned __int64 v : {0ULL, 1ULL, 4294967296ULL, 9223372036854775807ULL, 18446744073709551615ULL}) {
+  for (ULONGLONG v : {0ULL, 1ULL, 4294967296ULL, 9223372036854775807ULL, 18446744073709551615ULL}) {
     EXPECT_EQ(mc::CString2DWORD64(mc::DWORD642CString(v)), v) << v;
     EXPECT_EQ(mc::Bytes2DWORD64(mc::DWORD642Bytes(v)), v) << v;
     EXPECT_EQ(mc::Utf82DWORD64(mc::DWORD642Utf8(v)), v) << v;
@@ -126,7 +126,7 @@ TEST(Numbers, XatolEndPointer) {
   EXPECT_EQ(end, nullptr);
   EXPECT_EQ(mc::xatol("5", 0, &end), 0u);
   EXPECT_EQ(end, nullptr);
-  EXPECT_EQ(mc::xatol("-5", 2, &end), 0u);  // no sign
+  EXPECT_EQ(mc::xatol("-5", 2, &end), 0u);              // no sign
   EXPECT_EQ(mc::xatol("4294967296", 10, nullptr), 0u);  // wraps
 }
 

@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cstdarg>
 #include <climits>
+#include <cstdarg>
 
 #include "toolkit/Format.h"
+#include "toolkit/platform.h"
 
 namespace {
 
@@ -45,6 +46,8 @@ TEST(Format, SixtyFourBitAndSizedIntegers) {
   EXPECT_EQ(W(L"%I32d|%lld|%hd|%hhu", -7, -8LL, 70000, 300), L"-7|-8|4464|44");
   EXPECT_EQ(W(L"%d", UINT_MAX), L"-1");
   EXPECT_EQ(W(L"%u", UINT_MAX), L"4294967295");
+  // %l is 32 bits as on Windows: a LONG or a DWORD passed to it reads back whole
+  EXPECT_EQ(W(L"%ld|%lu", LONG{-5}, DWORD{0xFFFFFFFFu}), L"-5|4294967295");
   EXPECT_EQ(W(L"%Iu", static_cast<size_t>(12)), L"12");
 }
 
