@@ -56,7 +56,7 @@ class LoginUserStore {
 
   // Reads "start.txt" in `folder` (ending in a separator).
   explicit LoginUserStore(const CString& folder, IClientWindows* windows);
-  virtual ~LoginUserStore() = default;
+  ~LoginUserStore() = default;
   LoginUserStore(const LoginUserStore&) = delete;
   LoginUserStore& operator=(const LoginUserStore&) = delete;
 
@@ -85,7 +85,6 @@ class LoginUserStore {
   const CString& ForwardedText() const { return m_forwardedText; }
   void SetForwardedText(const CString& text) { m_forwardedText = text; }
 
- protected:
   // Sends the text to one client's tray window; false when it was not sent (too long for
   // the buffer, or the client could not be reached).
   bool SendTextTo(const RunningClient& client, const CString& text);

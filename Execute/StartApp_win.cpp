@@ -103,19 +103,19 @@ BOOL CStartApp::InitInstance() {
   m_pForm->Create(nullptr, std::wstring(LauncherText(L"STRID_SELECTED_USER_FORM_TITLE").GetString()),
                   0x00CE0000, 0, true);
   profile.Mark(L"window");
-  m_pForm->RefreshRunningClients();
+  m_pForm->Store().RefreshRunningClients();
   profile.Mark(L"asking the clients");
-  int userType = m_pForm->GetUserType();
+  int userType = m_pForm->Store().GetUserType();
   if (g_ITrace) g_ITrace->Trace(3, true, L"CStartApp::InitInstance usertype is %d", userType);
   const CString request(m_lpCmdLine);
-  HandOverPlan plan = PlanHandOver(userType, m_pForm->RunningClients(), m_pForm->GetLastUser(),
+  HandOverPlan plan = PlanHandOver(userType, m_pForm->Store().RunningClients(), m_pForm->Store().GetLastUser(),
                                    [this] { return m_pForm->BuildSkin(); });
   switch (plan.action) {
     case PlanAction::kForward:
       if (plan.userType == 2)
-        m_pForm->ForwardToSingleClient(request);
+        m_pForm->Store().ForwardToSingleClient(request);
       else
-        m_pForm->ForwardToLastUser(request);
+        m_pForm->Store().ForwardToLastUser(request);
       break;
     case PlanAction::kShowWindow: {
       m_pForm->PrepareUserList(request);

@@ -23,7 +23,7 @@ class CheckBoxTemplate;
 class Control;
 }  // namespace mivo::duilib
 
-class CStartHideWindowForm : public mivo::duilib::WindowImplBase, public LoginUserStore {
+class CStartHideWindowForm : public mivo::duilib::WindowImplBase {
  public:
   static const wchar_t kClassName[];  // "TARNELL MIVO2006 StartHideWindowForm Form"
 
@@ -31,6 +31,11 @@ class CStartHideWindowForm : public mivo::duilib::WindowImplBase, public LoginUs
   CStartHideWindowForm();
   // Writes the trace line and saves the store, destroying the window if it is still there.
   ~CStartHideWindowForm() override;
+
+  // The login users and running clients behind the window; the replies its window receives
+  // land here.
+  LoginUserStore& Store() { return m_store; }
+  const LoginUserStore& Store() const { return m_store; }
 
   std::wstring GetSkinFolder() override { return L"start_hide_window"; }
   std::wstring GetSkinFile() override { return L"start_hide_window.xml"; }
@@ -57,6 +62,7 @@ class CStartHideWindowForm : public mivo::duilib::WindowImplBase, public LoginUs
   void OnFinalMessage(HWND hwnd) override;
 
  private:
+  LoginUserStore m_store;
   mivo::duilib::LabelTemplate<mivo::duilib::Control>* m_titleLabel = nullptr;
   mivo::duilib::CheckBoxTemplate<mivo::duilib::Control>* m_rememberCheck = nullptr;
   mivo::duilib::Box* m_panelBox = nullptr;

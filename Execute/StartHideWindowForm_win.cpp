@@ -24,14 +24,11 @@ std::wstring ItemText(const CString& text) {
   return std::wstring(mivo::common::utf8_to_CString(mivo::common::CString_to_utf8(text)).GetString());
 }
 
-std::wstring Text(const wchar_t* id) {
-  return std::wstring(LauncherText(id).GetString());
-}
+std::wstring Text(const wchar_t* id) { return std::wstring(LauncherText(id).GetString()); }
 
 }  // namespace
 
-CStartHideWindowForm::CStartHideWindowForm()
-    : LoginUserStore(mivo::common::GetAppPath(), &CSystemClientWindows::Get()) {}
+CStartHideWindowForm::CStartHideWindowForm() : m_store(mivo::common::GetAppPath(), &CSystemClientWindows::Get()) {}
 
 CStartHideWindowForm::~CStartHideWindowForm() {
   m_finalHook = nullptr;
@@ -39,13 +36,13 @@ CStartHideWindowForm::~CStartHideWindowForm() {
   if (g_ITrace)
     g_ITrace->Trace(3, true, L"CStartHideWindowForm dealloc hwnd is %0x",
                     static_cast<unsigned>(reinterpret_cast<UINT_PTR>(m_createdHwnd)));
-  SaveStartFile();
+  m_store.SaveStartFile();
 }
 
 LRESULT CStartHideWindowForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_COPYDATA) {
     const auto* copy = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-    if (copy) OnNicknameReply(copy->lpData, copy->cbData);
+    if (copy) m_store.OnNicknameReply(copy->lpData, copy->cbData);
   }
   return WindowImplBase::HandleMessage(message, wParam, lParam);
 }
@@ -63,8 +60,8 @@ bool CStartHideWindowForm::BuildSkin() {
   bool handled = false;
   m_hasSkin = WindowImplBase::OnCreate(WM_CREATE, 0, 0, handled) != -1;
   if (!m_hasSkin && g_ITrace)
-    g_ITrace->Trace(3, true, L"CStartHideWindowForm skin %s%s\\%s missing or unreadable", GlobalManager::GetResourcePath().c_str(),
-                    GetSkinFolder().c_str(), GetSkinFile().c_str());
+    g_ITrace->Trace(3, true, L"CStartHideWindowForm skin %s%s\\%s missing or unreadable",
+                    GlobalManager::GetResourcePath().c_str(), GetSkinFolder().c_str(), GetSkinFile().c_str());
   return m_hasSkin;
 }
 
@@ -93,13 +90,14 @@ void CStartHideWindowForm::InitWindow() {
 }
 
 void CStartHideWindowForm::PrepareUserList(const CString& text) {
-  SetForwardedText(text);
+  m_store.SetForwardedText(text);
   if (m_userList) {
     m_items.clear();
-    for (const auto& [account, client] : RunningClients()) m_items.emplace_back(ItemText(account), ItemText(client.nickname));
-    m_userList->Fill(m_items, std::wstring(GetLastUser().GetString()));
+    for (const auto& [account, client] : m_store.RunningClients())
+      m_items.emplace_back(ItemText(account), ItemText(client.nickname));
+    m_userList->Fill(m_items, std::wstring(m_store.GetLastUser().GetString()));
   }
-  if (m_rememberCheck) m_rememberCheck->Selected(GetChoice() != 0, false);
+  if (m_rememberCheck) m_rememberCheck->Selected(m_store.GetChoice() != 0, false);
 }
 
 bool CStartHideWindowForm::OnOkClick(EventArgs*) {
@@ -110,10 +108,10 @@ bool CStartHideWindowForm::OnOkClick(EventArgs*) {
     return true;
   }
   CString account(m_items[static_cast<size_t>(selected)].account.c_str());
-  auto client = RunningClients().find(account);
-  if (client != RunningClients().end()) SendTextTo(client->second, ForwardedText());
-  SetLastUser(account);
-  SetChoice(m_rememberCheck && m_rememberCheck->IsSelected() ? 1 : 0);
+  auto client = m_store.RunningClients().find(account);
+  if (client != m_store.RunningClients().end()) m_store.SendTextTo(client->second, m_store.ForwardedText());
+  m_store.SetLastUser(account);
+  m_store.SetChoice(m_rememberCheck && m_rememberCheck->IsSelected() ? 1 : 0);
   PostMessageW(GetHWND(), WM_CLOSE, 0, 0);
   return true;
 }
