@@ -22,5 +22,8 @@ class CStartApp : public CWinApp {
   std::unique_ptr<CStartHideWindowForm> m_pForm;
 };
 
+// Opens the module manager, starts the UI framework and makes the "Temp" and "users" folders.
+// Always returns 1: no step reports a failure, and a launcher without those folders can still
+// hand a request over or start the client, so there is no error box to show.
 int InitGlobalStruct();
 void FreeGlobalStruct();

@@ -80,12 +80,7 @@ BOOL CStartApp::InitInstance() {
   // the launcher's own texts (window title, buttons, messages), loaded once for the whole run
   EnsureLauncherStrings(CPathTool::GetLauncherFolder());
   profile.Mark(L"strings");
-  if (!InitGlobalStruct()) {
-    ReleaseNamedEvent(kStartRunningEvent);  // nothing modal while the start event is held
-    MessageBoxW(nullptr, LauncherText(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CONTENT"),
-                LauncherText(L"STRID_MIVO_INIT_GLOBAL_STRUCT_ERROR_CAPTION"), MB_ICONERROR);
-    return FALSE;
-  }
+  InitGlobalStruct();
   profile.Mark(L"global state");
   // no arguments: straight to the launch decision
   if (!m_lpCmdLine || !*m_lpCmdLine) {
@@ -100,8 +95,8 @@ BOOL CStartApp::InitInstance() {
   // are asked, since their nickname replies are sent to it
   m_pForm = std::make_unique<CStartHideWindowForm>();
   m_pForm->SetFinalMessageHook([this] { OnFormFinalMessage(); });
-  m_pForm->Create(nullptr, std::wstring(LauncherText(L"STRID_SELECTED_USER_FORM_TITLE").GetString()),
-                  0x00CE0000, 0, true);
+  m_pForm->Create(nullptr, std::wstring(LauncherText(L"STRID_SELECTED_USER_FORM_TITLE").GetString()), 0x00CE0000, 0,
+                  true);
   profile.Mark(L"window");
   m_pForm->Store().RefreshRunningClients();
   profile.Mark(L"asking the clients");
@@ -181,9 +176,8 @@ int InitGlobalStruct() {
   CString app = CPathTool::GetLauncherFolder();
   // The UI framework: skins below the launcher's folder, texts from the launcher's table.
   mivo::duilib::GlobalManager::Startup(std::wstring(app.GetString()), L"skins\\default");
-  mivo::duilib::GlobalManager::SetTextResolver([](const std::wstring& id) {
-    return std::wstring(LauncherText(CString(id.c_str())).GetString());
-  });
+  mivo::duilib::GlobalManager::SetTextResolver(
+      [](const std::wstring& id) { return std::wstring(LauncherText(CString(id.c_str())).GetString()); });
   CString temp;
   temp.Format(L"%sTemp", app.GetString());
   if (!mivo::common::IsFolderExist(temp)) toolkit::CreateFolder(temp);
