@@ -29,6 +29,8 @@ enum EventType {
   kEventClick,
   kEventSelect,
   kEventUnSelect,
+  kEventExpand,    // a tree view's node opened (wParam its row)
+  kEventCollapse,  // and closed
 };
 
 struct EventArgs {

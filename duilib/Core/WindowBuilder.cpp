@@ -18,6 +18,7 @@
 #include "duilib/Core/Option.h"
 #include "duilib/Core/SkinPath.h"
 #include "duilib/Core/TileLayout.h"
+#include "duilib/Core/TreeView.h"
 #include "duilib/Core/Window.h"
 #include "toolkit/Utf8.h"
 
@@ -97,6 +98,8 @@ Control* MakeControl(const std::string& tag) {
       {"OptionBox", []() -> Control* { return new OptionBox(); }},
       {"ListBox", []() -> Control* { return new ListBox(); }},
       {"ListContainerElement", []() -> Control* { return new ListContainerElement(); }},
+      {"TreeView", []() -> Control* { return new TreeView(); }},
+      {"TreeNode", []() -> Control* { return new TreeNode(); }},
   };
   for (const Maker& maker : kMakers)
     if (tag == maker.tag) return maker.make();

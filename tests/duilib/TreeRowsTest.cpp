@@ -115,16 +115,16 @@ TEST_F(FakeRows, KeysMoveTheSelectionOrTurnTheRowOver) {
     int current;
     Step expected;
   } cases[] = {
-      {kVkRight, 4, {Action::kExpand, 4}},
-      {kVkRight, 0, {Action::kSelect, 1}},  // into the first child
-      {kVkRight, 1, {}},
-      {kVkRight, -1, {Action::kSelect, 0}},  // a leaf; nothing selected
-      {kVkLeft, 2, {Action::kCollapse, 2}},
-      {kVkLeft, 3, {Action::kSelect, 2}},  // up to the parent
-      {kVkLeft, 4, {}},
-      {kVkLeft, 1, {Action::kSelect, 0}},  // top level, collapsed
+      {kVkRight, 4, {Action::kExpand, 4}},   // b is closed
+      {kVkRight, 0, {Action::kSelect, 1}},   // a is open: its first child
+      {kVkRight, 1, {}},                     // a leaf
+      {kVkRight, -1, {Action::kSelect, 0}},  // nothing selected yet
+      {kVkLeft, 2, {Action::kCollapse, 2}},  // a2 is open
+      {kVkLeft, 3, {Action::kSelect, 2}},    // up to the parent
+      {kVkLeft, 4, {}},                      // closed, at the top level
+      {kVkLeft, 1, {Action::kSelect, 0}},
       {kVkDown, 1, {Action::kSelect, 2}},
-      {kVkDown, 5, {}},  // the last row stays
+      {kVkDown, 5, {}},
       {kVkUp, 0, {}},
       {kVkPageDown, 0, {Action::kSelect, 4}},
       {kVkEnd, -1, {Action::kSelect, 5}},
