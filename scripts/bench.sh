@@ -21,6 +21,7 @@ wine_run="scripts/wine-run.sh $here/build/windows/wineprefix build/windows/bench
 benches=(
   "launch|windows|MivoStart e2e_fake_client e2e_fake_update_exec e2e_fake_shell e2e_running_client e2e_plain_start e2e_plain_forward|bench/launch_bench.sh 11"
   "layout|native-release|layout_bench|build/native-release/bench/layout_bench"
+  "tree|native-release|tree_bench|build/native-release/bench/tree_bench"
   "trace|native-release|trace_bench|build/native-release/bench/trace_bench"
   "trace-wine|windows|trace_wine_bench|$wine_run/trace_wine_bench.exe"
   "timer|native-release|timer_bench|build/native-release/bench/timer_bench"
