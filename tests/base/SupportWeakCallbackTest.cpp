@@ -2,30 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
 namespace {
 
 class Form : public nbase::SupportWeakCallback {};
-
-TEST(SupportWeakCallback, CallbackRunsOnlyWhileItsOwnerLives) {
-  auto form = std::make_unique<Form>();
-  std::weak_ptr<nbase::WeakFlag> flag = form->GetWeakFlag();
-  int sum = 0;
-  // stored the way handlers are kept: as a std::function
-  std::function<void(int, int)> handler = form->ToWeakCallback([&sum](int a, int b) { sum += a + b; });
-
-  EXPECT_FALSE(flag.expired());
-  handler(1, 2);
-  EXPECT_EQ(sum, 3);
-
-  form.reset();
-  EXPECT_TRUE(flag.expired());
-  handler(5, 5);
-  EXPECT_EQ(sum, 3);
-}
 
 TEST(SupportWeakCallback, ExpiredCallbackYieldsAnEmptyResult) {
   auto form = std::make_unique<Form>();

@@ -26,24 +26,22 @@ TEST(DpiScale, PixelAttributesScaleEveryNumberAndKeepTheRest) {
     int percent;
     const wchar_t* expected;  // null: the attribute is no pixel value and stays as written
   };
-  const Row rows[] = {
-      {L"width", L"80", 125, L"100"},
-      {L"height", L"13", 150, L"20"},  // 19.5 rounds up
-      {L"width", L"auto", 200, L"auto"},
-      {L"height", L"stretch", 150, L"stretch"},
-      {L"maxwidth", L"-1", 200, L"-1"},               // "no limit" written as a number
-      {L"margin", L"12,0,-3,7", 150, L"18,0,-5,11"},  // -4.5 rounds away from zero
-      {L"padding", L"10,6,10,6", 200, L"20,12,20,12"},
-      {L"childmargin", L"10", 125, L"13"},
-      {L"bordersize", L"1", 150, L"2"},
-      {L"textpadding", L"20,0,0,0", 125, L"25,0,0,0"},
-      {L"borderround", L"5,5", 200, L"10,10"},
-      {L"minheight", L"99999999999", 200, L"2147483647"},  // clipped, never wrapped
-      {L"width", L"80", 100, L"80"},
-      {L"name", L"row12", 200, nullptr},
-      {L"font", L"1", 200, nullptr},
-      {L"text", L"3 users", 150, nullptr},
-  };
+  const Row rows[] = {{L"width", L"80", 125, L"100"},
+                      {L"height", L"13", 150, L"20"},  // 19.5 rounds up
+                      {L"width", L"auto", 200, L"auto"},
+                      {L"height", L"stretch", 150, L"stretch"},
+                      {L"maxwidth", L"-1", 200, L"-1"},               // "no limit" written as a number
+                      {L"margin", L"12,0,-3,7", 150, L"18,0,-5,11"},  // -4.5 rounds away from zero
+                      {L"padding", L"10,6,10,6", 200, L"20,12,20,12"},
+                      {L"childmargin", L"10", 125, L"13"},
+                      {L"bordersize", L"1", 150, L"2"},
+                      {L"textpadding", L"20,0,0,0", 125, L"25,0,0,0"},
+                      {L"borderround", L"5,5", 200, L"10,10"},
+                      {L"minheight", L"99999999999", 200, L"2147483647"},  // clipped, never wrapped
+                      {L"width", L"80", 100, L"80"},
+                      {L"name", L"row12", 200, nullptr},
+                      {L"font", L"1", 200, nullptr},
+                      {L"text", L"3 users", 150, nullptr}};
   for (const Row& row : rows) {
     EXPECT_EQ(IsScaledAttribute(row.name), row.expected != nullptr) << row.name;
     if (row.expected) {
@@ -100,8 +98,7 @@ TEST(DpiScale, ImagesStretchSmoothlyFromTheirOwnPixelsOnly) {
       {&ramp, 2, {0, 0, 2, 1}, {2, 1}, ramp},                                 // its own size: unchanged
       {&rgb, 3, {1, 0, 2, 1}, {3, 1}, {0xFF00FF00, 0xFF00FF00, 0xFF00FF00}},  // no red, no blue bleeds in
       {&flat, 2, {0, 0, 2, 2}, {3, 1}, Pixels(3, 0x80402010)},                // one colour stays exact
-      {&ramp, 2, {0, 0, 2, 1}, {0, 1}, {}},
-  };
+      {&ramp, 2, {0, 0, 2, 1}, {0, 1}, {}}};
   for (const Row& row : rows)
     EXPECT_EQ(ResampleBilinear(row.image->data(), row.width, row.source, row.size), row.expected)
         << row.size.cx << "x" << row.size.cy;

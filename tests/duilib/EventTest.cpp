@@ -1,5 +1,7 @@
 // Events as forms and the window use them: attached handlers, weak handlers of forms that go
-// away, a control's own reaction to input, and finding the control under the mouse.
+// away, a control's own reaction to input, finding the control under the mouse, and clicks: a
+// button-up over a button that took the button-down. Check boxes and options do their part of
+// a click before the click handlers hear of it.
 #include "duilib/Core/Events.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +12,11 @@
 
 #include "base/callback/SupportWeakCallback.h"
 #include "duilib/Core/Box.h"
+#include "duilib/Core/Button.h"
+#include "duilib/Core/CheckBox.h"
 #include "duilib/Core/Control.h"
+#include "duilib/Core/Option.h"
+#include "duilib/Core/Window.h"
 
 namespace {
 
@@ -23,101 +29,84 @@ EventArgs Mouse(EventType type, int x, int y) {
   return args;
 }
 
+struct Input {
+  EventType type;
+  int x, y;
+};
+
+void Feed(Control& control, const std::vector<Input>& inputs) {
+  for (const Input& input : inputs) {
+    EventArgs args;
+    args.Type = input.type;
+    args.ptMouse = UiPoint{input.x, input.y};
+    control.HandleEvent(args);
+  }
+}
+
+constexpr EventType kDown = kEventMouseButtonDown, kUp = kEventMouseButtonUp, kEnter = kEventMouseEnter,
+                    kLeave = kEventMouseLeave, kDouble = kEventMouseDoubleClick;
+
 TEST(ControlEvents, HandlersRunInOrderUntilOneAnswersFalse) {
-  Control control;
+  Control control, other;
   std::vector<std::string> heard;
-  control.AttachEvent(kEventClick, [&heard](EventArgs* args) {
-    heard.push_back("first " + std::to_string(args->wParam) + " " + std::to_string(args->lParam));
-    return true;
-  });
-  control.AttachClick([&heard, &control](EventArgs* args) {
-    heard.push_back(args->pSender == &control ? "second" : "second, wrong sender");
-    return false;
-  });
-  control.AttachClick([&heard](EventArgs*) {
-    heard.push_back("third");
-    return true;
-  });
-  control.AttachEvent(kEventSelect, [&heard](EventArgs*) {
-    heard.push_back("select");
-    return true;
-  });
-
+  auto record = [&heard](std::string what, bool answer) {
+    return [&heard, what, answer](EventArgs* args) {
+      heard.push_back(what + " " + std::to_string(args->wParam) + " " + std::to_string(args->lParam));
+      return answer;
+    };
+  };
+  control.AttachEvent(kEventClick, record("first", true));
+  control.AttachClick([&control](EventArgs* args) { return args->pSender != &control; });  // answers false
+  control.AttachClick(record("third", true));
+  control.AttachEvent(kEventSelect, record("select", true));
   EXPECT_FALSE(control.SendEvent(kEventClick, 7, -3));
-  EXPECT_EQ(heard, (std::vector<std::string>{"first 7 -3", "second"}));
-
-  heard.clear();
   control.DetachEvent(kEventClick);
   EXPECT_TRUE(control.SendEvent(kEventClick));
   EXPECT_TRUE(control.SendEvent(kEventSelect));
-  EXPECT_EQ(heard, (std::vector<std::string>{"select"}));
+  EXPECT_EQ(heard, (std::vector<std::string>{"first 7 -3", "select 0 0"}));
 
-  Control other;  // a relayed event keeps the sender it has
-  EventArgs args;
+  EventArgs args;  // a relayed event keeps the sender it has
   args.Type = kEventSelect;
   args.pSender = &other;
   control.AttachEvent(kEventSelect, [&other](EventArgs* a) { return a->pSender == &other; });
   EXPECT_TRUE(control.SendEvent(args));
 }
 
-TEST(ControlEvents, AHandlerMayDeleteTheControlOrAttachMore) {
-  auto* control = new Control();
-  int later = 0, added = 0;
-  control->AttachClick([control](EventArgs*) {
-    delete control;  // a click that closes the form
-    return true;
-  });
-  control->AttachClick([&later](EventArgs*) { return ++later > 0; });
-  EXPECT_FALSE(control->SendEvent(kEventClick));
-  EXPECT_EQ(later, 0);
-
+TEST(ControlEvents, HandlersAttachedDuringAnEventHearTheNextOne) {
   Control kept;
+  int added = 0;
   kept.AttachClick([&kept, &added](EventArgs*) {
     kept.AttachClick([&added](EventArgs*) { return ++added > 0; });
     return true;
   });
   kept.SendEvent(kEventClick);
-  EXPECT_EQ(added, 0);  // attached during the event: heard from the next one on
+  EXPECT_EQ(added, 0);
   kept.SendEvent(kEventClick);
   EXPECT_EQ(added, 1);
 }
 
-class Form : public nbase::SupportWeakCallback {
- public:
-  bool OnClick(EventArgs*) {
-    ++clicks;
-    return true;
-  }
-  int clicks = 0;
-};
+struct Form : nbase::SupportWeakCallback {};
 
+// Attached as a weak callback, the handler of a form that is gone is passed over; stored as a
+// plain EventCallback first, it answers false and the handlers after it are not heard. This is
+// why AttachEvent takes weak callbacks as they are.
 TEST(ControlEvents, WeakHandlersOfAFormThatIsGoneFallSilent) {
-  Control button;
-  auto form = std::make_unique<Form>();
-  Form* raw = form.get();
-  int after = 0, clicksBeforeClose = 0;
-  button.AttachClick(form->ToWeakCallback([raw](EventArgs* args) { return raw->OnClick(args); }));
-  button.AttachClick([&after](EventArgs*) { return ++after > 0; });
-
-  EXPECT_TRUE(button.SendEvent(kEventClick));
-  clicksBeforeClose = raw->clicks;
-  EXPECT_EQ(clicksBeforeClose, 1);
-  form.reset();  // the form closes; its handler must not touch it any more (ASan would see)
-  EXPECT_TRUE(button.SendEvent(kEventClick));
-  EXPECT_EQ(after, 2);  // attached as a weak callback, the dead handler is passed over
-
-  // Stored as a plain EventCallback first, an expired weak handler answers false: the ones
-  // after it are not heard. This is why AttachEvent takes weak callbacks as they are.
-  Control other;
-  auto second = std::make_unique<Form>();
-  EventCallback stored = second->ToWeakCallback([](EventArgs*) { return true; });
-  int behind = 0;
-  other.AttachClick(stored);
-  other.AttachClick([&behind](EventArgs*) { return ++behind > 0; });
-  EXPECT_TRUE(other.SendEvent(kEventClick));
-  second.reset();
-  EXPECT_FALSE(other.SendEvent(kEventClick));
-  EXPECT_EQ(behind, 1);
+  for (const bool plain : {false, true}) {
+    Control button;
+    auto form = std::make_unique<Form>();
+    int clicks = 0, after = 0;
+    auto weak = form->ToWeakCallback([&clicks](EventArgs*) { return ++clicks > 0; });
+    if (plain)
+      button.AttachClick(EventCallback(weak));
+    else
+      button.AttachClick(weak);
+    button.AttachClick([&after](EventArgs*) { return ++after > 0; });
+    EXPECT_TRUE(button.SendEvent(kEventClick));
+    form.reset();
+    EXPECT_EQ(button.SendEvent(kEventClick), !plain) << plain;
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(after, plain ? 1 : 2) << plain;
+  }
 }
 
 TEST(ControlInput, StateFollowsTheMouse) {
@@ -130,8 +119,6 @@ TEST(ControlInput, StateFollowsTheMouse) {
     const char* what;
     std::vector<Step> steps;
   };
-  constexpr EventType kEnter = kEventMouseEnter, kLeave = kEventMouseLeave, kDown = kEventMouseButtonDown,
-                      kUp = kEventMouseButtonUp, kDouble = kEventMouseDoubleClick;
   constexpr ControlStateType kNormal = kControlStateNormal, kHot = kControlStateHot, kPushed = kControlStatePushed;
   // the control lies at (10,10)-(50,30)
   const Row rows[] = {
@@ -143,8 +130,7 @@ TEST(ControlInput, StateFollowsTheMouse) {
        {{kDown, 20, 20, kPushed}, {kLeave, 70, 20, kNormal}, {kEnter, 20, 20, kPushed}, {kUp, 20, 20, kHot}}},
       {"entering after a release elsewhere",
        {{kDown, 20, 20, kPushed}, {kLeave, 70, 20, kNormal}, {kUp, 70, 20, kNormal}, {kEnter, 20, 20, kHot}}},
-      {"second press of a double click", {{kDown, 20, 20, kPushed}, {kUp, 20, 20, kHot}, {kDouble, 20, 20, kPushed}}},
-  };
+      {"second press of a double click", {{kDown, 20, 20, kPushed}, {kUp, 20, 20, kHot}, {kDouble, 20, 20, kPushed}}}};
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
     Control control;
@@ -170,12 +156,10 @@ TEST(ControlInput, SwitchedOffControlsIgnoreTheirKindOfInput) {
     const wchar_t* attribute;
     bool hearsMouse, hearsKeys;
   };
-  const Row rows[] = {
-      {L"enabled=\"false\"", false, false},
-      {L"mouse=\"false\"", false, true},
-      {L"keyboard=\"false\"", true, false},
-      {L"enabled=\"true\"", true, true},
-  };
+  const Row rows[] = {{L"enabled=\"false\"", false, false},
+                      {L"mouse=\"false\"", false, true},
+                      {L"keyboard=\"false\"", true, false},
+                      {L"enabled=\"true\"", true, true}};
   for (const Row& row : rows) {
     SCOPED_TRACE(testing::Message() << row.attribute);
     Control control;
@@ -261,10 +245,8 @@ TEST_F(FindControlAtTest, DeepestTopmostControlWins) {
     int x, y;
     const wchar_t* expected;
   };
-  const Row rows[] = {
-      {5, 5, L"e"},       {30, 5, L"a"},      {20, 70, L"c"},       {150, 70, L"b"},    {160, 120, L"d"},
-      {20, 160, L"root"}, {50, 199, L"root"}, {50, 200, L"(none)"}, {-1, 5, L"(none)"},
-  };
+  const Row rows[] = {{5, 5, L"e"},       {30, 5, L"a"},      {20, 70, L"c"},       {150, 70, L"b"},   {160, 120, L"d"},
+                      {20, 160, L"root"}, {50, 199, L"root"}, {50, 200, L"(none)"}, {-1, 5, L"(none)"}};
   for (const Row& row : rows) EXPECT_EQ(At(row.x, row.y), row.expected) << row.x << "," << row.y;
 }
 
@@ -284,6 +266,125 @@ TEST_F(FindControlAtTest, MouseSwitchesAndVisibility) {
   EXPECT_EQ(At(20, 70), L"root");  // nothing of a hidden box takes the mouse
   root.SetVisible(false);
   EXPECT_EQ(At(30, 5), L"(none)");
+}
+
+template <typename T>
+void ExpectClicks() {
+  struct Row {
+    const char* what;
+    const wchar_t* attributes;
+    std::vector<Input> inputs;
+    int clicks;
+  };
+  // the button lies at (0,0)-(80,24)
+  const Row rows[] = {
+      {"down and up inside", L"", {{kDown, 10, 10}, {kUp, 10, 10}}, 1},
+      {"up on the far edge pixel", L"", {{kDown, 10, 10}, {kUp, 79, 23}}, 1},
+      {"up outside", L"", {{kDown, 10, 10}, {kUp, 80, 10}}, 0},
+      {"up without a down", L"", {{kEnter, 10, 10}, {kUp, 10, 10}}, 0},
+      {"out and back before the up", L"", {{kDown, 10, 10}, {kLeave, 90, 10}, {kEnter, 10, 10}, {kUp, 10, 10}}, 1},
+      {"one down, two ups", L"", {{kDown, 10, 10}, {kUp, 10, 10}, {kUp, 10, 10}}, 1},
+      {"double click counts twice", L"", {{kDown, 10, 10}, {kUp, 10, 10}, {kDouble, 10, 10}, {kUp, 10, 10}}, 2},
+      {"disabled", L"enabled=\"false\"", {{kDown, 10, 10}, {kUp, 10, 10}}, 0},
+      {"mouse off", L"mouse=\"false\"", {{kDown, 10, 10}, {kUp, 10, 10}}, 0}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    T button;
+    button.ApplyAttributeList(row.attributes);
+    button.SetPos(UiRect{0, 0, 80, 24});
+    const ControlStateType before = button.GetState();
+    int clicks = 0;
+    button.AttachClick([&clicks, &button](EventArgs* args) {
+      EXPECT_EQ(args->pSender, &button);
+      EXPECT_EQ(args->Type, kEventClick);
+      ++clicks;
+      return true;
+    });
+    Feed(button, row.inputs);
+    EXPECT_EQ(clicks, row.clicks);
+    if (!button.IsEnabled()) {
+      EXPECT_EQ(button.GetState(), before);
+    }
+  }
+}
+
+TEST(ButtonClick, PressesAndReleases) {
+  ExpectClicks<Button>();
+  ExpectClicks<ButtonBox>();
+  ExpectClicks<CheckBox>();
+}
+
+// A handler may delete its control (a click that closes its form): nothing that was to come
+// after it runs, neither later handlers nor the click the event would have led to.
+TEST(ButtonClick, AHandlerMayDeleteItsControl) {
+  struct Row {
+    const char* what;
+    Control* (*make)();
+    EventType deleting;
+  } rows[] = {{"a control's handlers", []() -> Control* { return new Control(); }, kUp},
+              {"the button-up before the click", []() -> Control* { return new Button(); }, kUp},
+              {"the click", []() -> Control* { return new Button(); }, kEventClick},
+              {"a check box's selection before its click", []() -> Control* { return new CheckBox(); }, kEventSelect}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    Control* control = row.make();
+    control->SetPos(UiRect{0, 0, 10, 10});
+    int after = 0;
+    control->AttachEvent(row.deleting, [control](EventArgs*) {
+      delete control;
+      return true;
+    });
+    control->AttachEvent(row.deleting, [&after](EventArgs*) { return ++after > 0; });
+    if (row.deleting != kEventClick) control->AttachClick([&after](EventArgs*) { return ++after > 0; });
+    Feed(*control, {{kDown, 5, 5}, {kUp, 5, 5}});  // ASan watches the rest of HandleEvent
+    EXPECT_EQ(after, 0);
+  }
+}
+
+TEST(CheckBoxClick, TurnsTheSelectionOverBeforeTheClickIsHeard) {
+  CheckBox box;
+  box.SetPos(UiRect{0, 0, 10, 10});
+  std::vector<std::string> heard;
+  box.AttachClick([&heard, &box](EventArgs*) {
+    heard.push_back(box.IsSelected() ? "click on" : "click off");
+    return true;
+  });
+  box.AttachEvent(kEventSelect, [&heard](EventArgs*) {
+    heard.push_back("select");
+    return true;
+  });
+  box.AttachEvent(kEventUnSelect, [&heard](EventArgs*) {
+    heard.push_back("unselect");
+    return true;
+  });
+  Feed(box, {{kDown, 5, 5}, {kUp, 5, 5}, {kDown, 5, 5}, {kUp, 5, 5}, {kDown, 5, 5}, {kUp, 50, 5}});
+  EXPECT_EQ(heard, (std::vector<std::string>{"select", "click on", "unselect", "click off"}));
+  box.Selected(true, false);  // a silent change stays silent
+  EXPECT_EQ(heard.size(), 4u);
+}
+
+// A click on an option selects it and never deselects it; another option of its group takes
+// the selection away, and the option hears of that before the other's click handlers.
+TEST(OptionClick, SelectsAndNeverDeselects) {
+  Window window;
+  window.AttachRoot(new HBox());
+  auto* first = new Option();
+  auto* second = new OptionBox();
+  window.GetRoot()->Add(first);
+  window.GetRoot()->Add(second);
+  first->SetAttribute(L"group", L"tabs");
+  second->SetAttribute(L"group", L"tabs");
+  second->SetPos(UiRect{10, 0, 20, 10});
+  first->SetPos(UiRect{0, 0, 10, 10});
+  std::vector<std::string> heard;
+  first->AttachEvent(kEventUnSelect, [&heard](EventArgs*) { return heard.emplace_back("first off"), true; });
+  second->AttachClick([&heard](EventArgs*) { return heard.emplace_back("second clicked"), true; });
+  Feed(*first, {{kDown, 5, 5}, {kUp, 5, 5}, {kDown, 5, 5}, {kUp, 5, 5}});
+  EXPECT_TRUE(first->IsSelected());
+  Feed(*second, {{kDown, 15, 5}, {kUp, 15, 5}});
+  EXPECT_TRUE(second->IsSelected());
+  EXPECT_FALSE(first->IsSelected());
+  EXPECT_EQ(heard, (std::vector<std::string>{"first off", "second clicked"}));
 }
 
 }  // namespace

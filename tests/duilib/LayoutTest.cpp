@@ -6,6 +6,7 @@
 #include "duilib/Core/Box.h"
 #include "duilib/Core/Layout.h"
 #include "duilib/Core/TileLayout.h"
+#include "duilib/Core/Window.h"
 
 namespace mivo::duilib {
 namespace {
@@ -235,17 +236,23 @@ TEST(TileLayoutTest, CellsFillRowsInOrder) {
     UiSize used, needed;  // needed: AjustSizeByChild for a width of 100, no padding
   } rows[] = {
       // 30x20 cells, 5 between: three fit in 100 (3*30 + 2*5), the fourth starts a row
-      {L"30,20", L"", {stretch, stretch, stretch, stretch},
-       {{0, 0, 30, 20}, {35, 0, 65, 20}, {70, 0, 100, 20}, {0, 25, 30, 45}}, {100, 45}, {100, 45}},
+      {L"30,20",
+       L"",
+       {stretch, stretch, stretch, stretch},
+       {{0, 0, 30, 20}, {35, 0, 65, 20}, {70, 0, 100, 20}, {0, 25, 30, 45}},
+       {100, 45},
+       {100, 45}},
       // two columns share 100 less the margin; a row is its tallest fixed height, else square
-      {L"", L"2", {tall, short10, stretch},
-       {{0, 0, 47, 30}, {52, 0, 99, 30}, {0, 35, 47, 82}}, {100, 82}, {99, 82}},
+      {L"", L"2", {tall, short10, stretch}, {{0, 0, 47, 30}, {52, 0, 99, 30}, {0, 35, 47, 82}}, {100, 82}, {99, 82}},
       // a child's margin shrinks it inside its cell; invisible ones take no cell
-      {L"40,40", L"", {{DUI_LENGTH_STRETCH, DUI_LENGTH_STRETCH, UiRect{2, 3, 4, 5}}, {.visible = false}, stretch},
-       {{2, 3, 36, 35}, {0, 0, 0, 0}, {45, 0, 85, 40}}, {100, 40}, {85, 40}},
+      {L"40,40",
+       L"",
+       {{DUI_LENGTH_STRETCH, DUI_LENGTH_STRETCH, UiRect{2, 3, 4, 5}}, {.visible = false}, stretch},
+       {{2, 3, 36, 35}, {0, 0, 0, 0}, {45, 0, 85, 40}},
+       {100, 40},
+       {85, 40}},
       // a cell wider than the box still makes one column
-      {L"150,10", L"", {stretch, stretch}, {{0, 0, 150, 10}, {0, 15, 150, 25}}, {100, 25}, {150, 25}},
-  };
+      {L"150,10", L"", {stretch, stretch}, {{0, 0, 150, 10}, {0, 15, 150, 25}}, {100, 25}, {150, 25}}};
   for (const Row& row : rows) {
     Children kids(row.children);
     TileLayout layout;
@@ -255,6 +262,101 @@ TEST(TileLayoutTest, CellsFillRowsInOrder) {
     EXPECT_EQ(row.used, layout.ArrangeChild(kids.items, UiRect{0, 0, 100, 200})) << row.itemsize << row.columns;
     EXPECT_EQ(row.expected, kids.Rects()) << row.itemsize << row.columns;
     EXPECT_EQ(row.needed, layout.AjustSizeByChild(kids.items, UiSize{100, 200})) << row.itemsize << row.columns;
+  }
+}
+
+// Boxes lay out when places are needed, not at every change: what is read, hit or repainted
+// right after a change must be what an immediate layout would have given.
+Control* Fixed(int height) {
+  auto* control = new Control();
+  control->SetFixedHeight(height);
+  return control;
+}
+
+TEST(BoxArrange, PlacesReadOrHitRightAfterAddingAreTheArrangedOnes) {
+  VBox outer;
+  outer.SetPos(UiRect{0, 0, 100, 100});
+  auto* inner = new HBox();
+  auto* leaf = new Control();
+  ASSERT_TRUE(outer.Add(inner));
+  ASSERT_TRUE(inner->Add(leaf));
+  EXPECT_EQ(leaf->GetPos(), (UiRect{0, 0, 100, 100}));  // both boxes waited
+
+  Control* below = Fixed(40);
+  outer.Add(below);
+  EXPECT_EQ(leaf->GetPos(), (UiRect{0, 0, 100, 60}));  // read through the inner box
+  EXPECT_EQ(below->GetPos(), (UiRect{0, 60, 100, 100}));
+
+  Control* last = Fixed(10);
+  outer.Add(last);
+  EXPECT_EQ(outer.FindControlAt(UiPoint{50, 95}), last);
+  EXPECT_EQ(outer.FindControlAt(UiPoint{50, 85}), below);
+  EXPECT_EQ(below->GetPos(), (UiRect{0, 50, 100, 90}));
+}
+
+TEST(BoxArrange, AWindowRepaintsWhatTheWaitingLayoutMoves) {
+  Window window;
+  window.AttachRoot(new VBox());
+  window.GetRoot()->Add(Fixed(20));
+  window.ArrangeRoot(UiRect{0, 0, 200, 100});
+  window.ClearUpdate();
+  Control* added = Fixed(30);
+  window.GetRoot()->AddAt(added, 0);  // the first child moves down below it
+  EXPECT_TRUE(window.IsUpdateNeeded());
+  EXPECT_EQ(window.GetUpdateRect(), (UiRect{0, 0, 200, 50}));
+  EXPECT_EQ(added->GetPos(), (UiRect{0, 0, 200, 30}));
+}
+
+// A box lays its own children out from their layout records unless a child's class changes
+// what the layout asks of it, or the child has a placement predicate.
+TEST(BoxArrange, OverridesAndPredicatesAreStillAsked) {
+  struct Tall : Control {
+    UiSize EstimateSize(UiSize) override { return UiSize{DUI_LENGTH_STRETCH, 25}; }
+  };
+  VBox box;
+  box.SetPos(UiRect{0, 0, 50, 100});
+  auto* tall = new Tall();
+  Control* skipped = Fixed(10);
+  bool place = false;
+  skipped->SetPlacementPredicate([&place] { return place; });
+  Control* last = Fixed(10);
+  for (Control* c : {static_cast<Control*>(tall), skipped, last}) box.Add(c);
+  EXPECT_EQ(tall->GetPos(), (UiRect{0, 0, 50, 25}));
+  EXPECT_EQ(skipped->GetPos(), (UiRect{}));
+  EXPECT_EQ(last->GetPos(), (UiRect{0, 25, 50, 35}));
+  place = true;
+  box.SetPos(UiRect{0, 0, 50, 100});
+  EXPECT_EQ(skipped->GetPos(), (UiRect{0, 25, 50, 35}));
+}
+
+// A box keeps what its first pass measured while its children stay as they are: every change
+// a layout reads must be seen by the next one.
+TEST(BoxArrange, ChangingAChildIsSeenByTheNextLayout) {
+  struct Row {
+    const char* what;
+    void (*change)(Control*);
+    UiRect stretch;  // where the stretch child below it goes
+  } rows[] = {{"height", [](Control* c) { c->SetFixedHeight(30); }, {0, 30, 50, 100}},
+              {"hidden", [](Control* c) { c->SetVisible(false); }, {0, 0, 50, 100}},
+              {"margin",
+               [](Control* c) {
+                 c->SetMargin(UiRect{0, 5, 0, 5});
+               },
+               {0, 20, 50, 100}},
+              {"float", [](Control* c) { c->SetFloat(true); }, {0, 0, 50, 100}},
+              {"predicate", [](Control* c) { c->SetPlacementPredicate([] { return false; }); }, {0, 0, 50, 90}}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    VBox box;
+    box.SetPos(UiRect{0, 0, 50, 100});
+    Control* fixed = Fixed(10);
+    auto* stretch = new Control();
+    box.Add(fixed);
+    box.Add(stretch);
+    ASSERT_EQ(stretch->GetPos(), (UiRect{0, 10, 50, 100}));
+    row.change(fixed);
+    box.SetPos(UiRect{0, 0, 50, 100});
+    EXPECT_EQ(stretch->GetPos(), row.stretch);
   }
 }
 

@@ -50,10 +50,9 @@ TEST(VScrollModel, EachWayOfScrollingMovesWithinTheRange) {
     ScrollPart part;
     int pos;  // after a click there
   };
-  const Part parts[] = {
-      {{5, 5}, kScrollUpArrow, 355},    {{5, 245}, kScrollDownArrow, 395}, {{5, 50}, kScrollPageUp, 145},
-      {{5, 200}, kScrollPageDown, 605}, {{5, 100}, kScrollThumb, 375},     {{20, 100}, kScrollNone, 375},
-  };
+  const Part parts[] = {{{5, 5}, kScrollUpArrow, 355}, {{5, 245}, kScrollDownArrow, 395},
+                        {{5, 50}, kScrollPageUp, 145}, {{5, 200}, kScrollPageDown, 605},
+                        {{5, 100}, kScrollThumb, 375}, {{20, 100}, kScrollNone, 375}};
   for (const Part& p : parts) {
     EXPECT_EQ(middle.PartAt(kBar, p.pt), p.part) << p.pt.x << "," << p.pt.y;
     EXPECT_EQ(middle.StepFor(p.part), p.pos) << p.pt.x << "," << p.pt.y;

@@ -28,10 +28,8 @@ TEST_F(SkinResources, ColoursFromTheTableFromHexAndByName) {
   GlobalManager::AddTextColor(L"d8ebeb", L"#FF112233");  // a table name wins over its hex reading
   GlobalManager::AddTextColor(L"broken", L"#12345");
   GlobalManager::AddTextColor(L"named", L"white");
-  struct Row {
-    const wchar_t* name;
-    uint32_t argb;
-  } rows[] = {
+  // bare hex is how the skins write state colours; three digits are not a colour here
+  const std::pair<const wchar_t*, uint32_t> rows[] = {
       {L"link", 0xFF0078D7u},
       {L"shade", 0xFF336699u},
       {L"d8ebeb", 0xFF112233u},
@@ -40,13 +38,13 @@ TEST_F(SkinResources, ColoursFromTheTableFromHexAndByName) {
       {L"#80102030", 0x80102030u},
       {L"#102030", 0xFF102030u},
       {L"#aBcDeF", 0xFFABCDEFu},
-      {L"c8e4e4", 0xFFC8E4E4u},  // bare hex, as the skins write state colours
+      {L"c8e4e4", 0xFFC8E4E4u},
       {L"00c8e4e4", 0x00C8E4E4u},
       {L"  #FF000080 ", 0xFF000080u},
       {L"white", 0xFFFFFFFFu},
       {L"Black", 0xFF000000u},
       {L"transparent", 0},
-      {L"#FFF", 0},  // three digits are not a colour here
+      {L"#FFF", 0},
       {L"#GG0000", 0},
       {L"12345", 0},
       {L"c8e4e4e", 0},
@@ -54,10 +52,8 @@ TEST_F(SkinResources, ColoursFromTheTableFromHexAndByName) {
       {L"nosuchcolour", 0},
       {L"", 0},
   };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(std::string(row.name, row.name + std::wcslen(row.name)));
-    EXPECT_EQ(GlobalManager::ResolveColor(row.name), row.argb);
-  }
+  for (const auto& [name, argb] : rows)
+    EXPECT_EQ(GlobalManager::ResolveColor(name), argb) << std::string(name, name + std::wcslen(name));
 }
 
 TEST_F(SkinResources, ImageDescriptions) {
@@ -76,8 +72,7 @@ TEST_F(SkinResources, ImageDescriptions) {
       {L"file='unterminated.png", true, {L"unterminated.png"}},
       {L"corner='1,1,1,1'", false, {}},
       {L"file=''", false, {}},
-      {L"   ", false, {}},
-  };
+      {L"   ", false, {}}};
   for (const Row& row : rows) {
     SCOPED_TRACE(std::string(row.text, row.text + std::wcslen(row.text)));
     ImageDescription parsed;
@@ -108,8 +103,7 @@ TEST_F(SkinResources, ImageFilesLieInTheWindowsSkinFolder) {
       {L"... /x.png", L"start", L""},
       {L"C:\\photos\\me.png", L"start", L"C:\\photos\\me.png"},
       {L"\\\\server\\share\\pic", L"start", L"\\\\server\\share\\pic.png"},
-      {L"", L"start", L""},
-  };
+      {L"", L"start", L""}};
   for (const Row& row : rows) {
     SCOPED_TRACE(std::string(row.file, row.file + std::wcslen(row.file)));
     EXPECT_EQ(ResolveImagePath(row.file, row.windowFolder), row.path);

@@ -100,27 +100,6 @@ TEST_F(TimerManagerUnderWine, OnceAfter300MsOnTheWindowThreadThenNoTimer) {
   EXPECT_EQ(ranAt.size(), 1u);
 }
 
-TEST_F(TimerManagerUnderWine, RepeatThreeRunsThreeTimes) {
-  nbase::WeakCallbackFlag owner;
-  std::vector<double> ranAt;
-  const double added = NowMs();
-  Add(owner.GetWeakFlag(), 50, 3, [&] { ranAt.push_back(NowMs() - added); });
-  ASSERT_TRUE(PumpUntil([&] { return ranAt.size() == 3; }, 5000));
-  PumpFor(200);
-  ASSERT_EQ(ranAt.size(), 3u);
-  EXPECT_GE(ranAt[2], 149.0);
-  EXPECT_EQ(manager->GetMultimediaTimerId(), 0u);
-}
-
-TEST_F(TimerManagerUnderWine, TimerOfADestroyedOwnerNeverRuns) {
-  auto owner = std::make_unique<nbase::WeakCallbackFlag>();
-  int runs = 0;
-  Add(owner->GetWeakFlag(), 50, -1, [&] { ++runs; });
-  owner.reset();
-  ASSERT_TRUE(PumpUntil([&] { return manager->GetMultimediaTimerId() == 0; }, 5000));
-  EXPECT_EQ(runs, 0);
-}
-
 TEST_F(TimerManagerUnderWine, DistantTimerWaitsWithOneLongPeriod) {
   nbase::WeakCallbackFlag owner;
   std::vector<double> ranAt;

@@ -1,5 +1,6 @@
-// Skins from text: the window's attributes, the resources, the control tree with its
-// attributes in document order, tags the caller makes, and damaged skins.
+// Skins from text and from a folder: the window's attributes, the resources, the control tree
+// with its attributes in document order, tags the caller makes, damaged skins, and includes of
+// other files of the skin with those that are refused.
 #include "duilib/Core/WindowBuilder.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,8 @@
 #include "duilib/Core/ListBox.h"
 #include "duilib/Core/Option.h"
 #include "duilib/Core/Window.h"
+#include "tests/support/Files.h"
+#include "tests/support/TempDir.h"
 
 namespace {
 
@@ -35,8 +38,9 @@ class WindowBuilderTest : public ::testing::Test {
   WindowBuilder builder;
 };
 
-// The tree as "Tag:name(child,child)", from the controls' own types.
-std::string Shape(Control* control) {
+// The tree as "Tag:name(child,child)", from the controls' own types, or as "name(child,child)".
+std::string Shape(Control* control, bool kinds = true) {
+  if (!control) return "(null)";
   std::string kind = dynamic_cast<ListBox*>(control)                ? "ListBox"
                      : dynamic_cast<ListContainerElement*>(control) ? "Row"
                      : dynamic_cast<Option*>(control)               ? "Option"
@@ -47,12 +51,12 @@ std::string Shape(Control* control) {
                      : dynamic_cast<Box*>(control)                  ? "Box"
                                                                     : "Control";
   std::string name(control->GetName().begin(), control->GetName().end());
-  std::string shape = kind + (name.empty() ? "" : ":" + name);
+  std::string shape = !kinds ? name : kind + (name.empty() ? "" : ":" + name);
   if (auto* box = dynamic_cast<Box*>(control); box && box->GetCount() > 0) {
     shape += "(";
     for (size_t i = 0; i < box->GetCount(); ++i) {
       if (i) shape += ",";
-      shape += Shape(box->GetItemAt(i));
+      shape += Shape(box->GetItemAt(i), kinds);
     }
     shape += ")";
   }
@@ -174,18 +178,16 @@ TEST_F(WindowBuilderTest, IntoAParentOfAWindow) {
 }
 
 TEST_F(WindowBuilderTest, DamagedSkinsGiveNull) {
-  const char* const rows[] = {
-      "",
-      "not xml at all",
-      "<Window>",
-      "<Window><VBox></Window>",
-      "<Window><VBox name=\"a\" name=\"b\"/></Window>",
-      "<Window><VBox name=\"unterminated/></Window>",
-      "<Window><VBox>&#xZZ;</VBox></Window>",
-      "<Window size=\"1,1\"/>",  // no control
-      "<Window><Unknown/></Window>",
-      "<!-- only a comment -->",
-  };
+  const char* const rows[] = {"",
+                              "not xml at all",
+                              "<Window>",
+                              "<Window><VBox></Window>",
+                              "<Window><VBox name=\"a\" name=\"b\"/></Window>",
+                              "<Window><VBox name=\"unterminated/></Window>",
+                              "<Window><VBox>&#xZZ;</VBox></Window>",
+                              "<Window size=\"1,1\"/>",  // no control
+                              "<Window><Unknown/></Window>",
+                              "<!-- only a comment -->"};
   for (const char* xml : rows) {
     EXPECT_EQ(Build(xml), nullptr) << xml;
   }
@@ -212,11 +214,7 @@ TEST_F(WindowBuilderTest, NestingIsLimited) {
   EXPECT_EQ(Build(Nested(WindowBuilder::kMaxNesting - 1, "<Label/>")), nullptr);
   EXPECT_EQ(Build(Nested(WindowBuilder::kMaxNesting - 1, "<Control></Control>")), nullptr);
 
-  // far too deep, closed or not: refused before TinyXML recurses into it
-  std::string open;
-  for (int i = 0; i < 200000; ++i) open += "<VBox>";
-  EXPECT_EQ(Build("<Window>" + open), nullptr);
-  EXPECT_EQ(Build(Nested(100000)), nullptr);
+  EXPECT_EQ(Build(Nested(100000)), nullptr);  // refused before TinyXML recurses into it
 }
 
 TEST_F(WindowBuilderTest, TextIsReadAsUtf8) {
@@ -228,6 +226,118 @@ TEST_F(WindowBuilderTest, TextIsReadAsUtf8) {
   EXPECT_EQ(dynamic_cast<Label*>(label.get())->GetText(), L"a\uFFFDb\nc\u4E2D");
   // a byte-order mark in front is fine
   EXPECT_NE(Build("\xEF\xBB\xBF<Window><Box/></Window>"), nullptr);
+}
+
+// A temporary folder with the skin in its subfolder "skin".
+class SkinFolderTest : public ::testing::Test {
+ protected:
+  void TearDown() override { GlobalManager::RemoveAllClasses(); }
+  void Write(const std::wstring& relative, const std::string& xml) {
+    testing_support::Write(dir.NativeOf(CString((L"skin\\" + relative).c_str())), xml);
+  }
+  std::wstring Folder() const { return std::wstring(dir.Path().GetString()) + L"skin"; }
+  std::string Build(const std::wstring& file) {
+    std::unique_ptr<Control> root(builder.Create(Folder(), file));
+    return Shape(root.get(), false);
+  }
+  testing_support::TempDir dir;
+  WindowBuilder builder;
+};
+
+TEST_F(SkinFolderTest, IncludesBringTheControlsOfOtherFiles) {
+  Write(L"main.xml", R"(<Window size="10,10"><Class name="btn" value='width="20"'/>
+    <VBox name="root">
+      <Include source="parts\title.xml"/>
+      <Label name="middle"/>
+      <Include source="parts/more.xml"/>
+      <Include source=".\子目录\行.xml"/>
+    </VBox></Window>)");
+  Write(L"parts/title.xml", R"(<HBox name="title"><Button name="close" class="btn"/></HBox>)");
+  Write(L"parts/more.xml", R"(<Window ignored="yes"><Class name="wide" value='width="99"'/>
+    <Label name="m1" class="wide"/><Label name="m2"/></Window>)");
+  Write(L"子目录/行.xml", "\xEF\xBB\xBF<ListContainerElement name=\"row\"/>");
+
+  std::unique_ptr<Control> root(builder.Create(Folder() + L"\\", L"main.xml"));
+  EXPECT_EQ(Shape(root.get(), false), "root(title(close),middle,m1,m2,row)");
+  auto* box = dynamic_cast<Box*>(root.get());
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->FindSubControl(L"close")->GetFixedWidth(), 20);
+  EXPECT_EQ(box->FindSubControl(L"m1")->GetFixedWidth(), 99);  // the included file's own class
+  EXPECT_NE(dynamic_cast<ListContainerElement*>(box->FindSubControl(L"row")), nullptr);
+  EXPECT_EQ(builder.WindowAttributes().size(), 1u);  // an included window's attributes are not the window's
+  EXPECT_EQ(builder.WindowAttributes().count(L"size"), 1u);
+
+  // the file itself may lie in a subfolder; its includes are still relative to the skin folder
+  Write(L"forms/login.xml", R"(<Window><VBox name="login"><Include source="parts\title.xml"/></VBox></Window>)");
+  EXPECT_EQ(Build(L"forms\\login.xml"), "login(title(close))");
+}
+
+TEST_F(SkinFolderTest, RefusedIncludesAreLeftOut) {
+  testing_support::Write(dir.Native() / "outside.xml", R"(<Label name="outside"/>)");
+  Write(L"parts/inside.xml", R"(<Label name="inside"/>)");
+  Write(L"broken.xml", R"(<Label name="broken">)");
+  const std::wstring outsideAbsolute = std::wstring(dir.Path().GetString()) + L"outside.xml";
+  const std::wstring rows[] = {L"..\\outside.xml",
+                               L"parts\\..\\..\\outside.xml",
+                               L"parts/../../outside.xml",
+                               outsideAbsolute,
+                               L"\\outside.xml",
+                               L"C:outside.xml",
+                               L"...\\outside.xml",
+                               L"parts\\.. \\..\\outside.xml",
+                               L"missing.xml",
+                               L"broken.xml",
+                               L"",
+                               L"parts"};
+  for (const std::wstring& source : rows) {
+    SCOPED_TRACE(std::string(source.begin(), source.end()));
+    std::string skin = "<Window><VBox name=\"root\"><Label name=\"before\"/><Include source=\"";
+    for (wchar_t c : source) skin += static_cast<char>(c);
+    Write(L"main.xml", skin + "\"/><Label name=\"after\"/></VBox></Window>");
+    EXPECT_EQ(Build(L"main.xml"), "root(before,after)");
+  }
+  // the same skin with a path that stays inside, for contrast
+  Write(L"main.xml", R"(<Window><VBox name="root"><Include source="parts\..\parts\inside.xml"/></VBox></Window>)");
+  EXPECT_EQ(Build(L"main.xml"), "root(inside)");
+}
+
+TEST_F(SkinFolderTest, RecursiveIncludesStop) {
+  Write(L"a.xml", R"(<Window><VBox name="a"><Include source="b.xml"/></VBox></Window>)");
+  Write(L"b.xml", R"(<VBox name="b"><Include source="sub\..\a.xml"/><Include source="B.xml"/>
+    <Include source="b.xml"/><Label name="leaf"/></VBox>)");
+#ifndef _WIN32
+  // Another file here, but the same one where skins are made: names compare without case on
+  // every platform, so a skin behaves the same everywhere.
+  Write(L"B.xml", R"(<Label name="upper"/>)");
+#endif
+  EXPECT_EQ(Build(L"a.xml"), "a(b(leaf))");
+}
+
+TEST_F(SkinFolderTest, IncludesNestAtMostEightDeep) {
+  Write(L"main.xml", R"(<Window><VBox name="main"><Include source="f1.xml"/></VBox></Window>)");
+  for (int i = 1; i <= 10; ++i)
+    Write(L"f" + std::to_wstring(i) + L".xml",
+          "<VBox name=\"n" + std::to_string(i) + "\"><Include source=\"f" + std::to_string(i + 1) + ".xml\"/></VBox>");
+  EXPECT_EQ(Build(L"main.xml"), "main(n1(n2(n3(n4(n5(n6(n7(n8))))))))");
+}
+
+TEST_F(SkinFolderTest, UnreadableTopFilesGiveNull) {
+  Write(L"broken.xml", "<Window><VBox></Window>");
+  Write(L"empty.xml", "");
+  EXPECT_EQ(Build(L"missing.xml"), "(null)");
+  EXPECT_EQ(Build(L"broken.xml"), "(null)");
+  EXPECT_EQ(Build(L"empty.xml"), "(null)");
+  std::unique_ptr<Control> none(builder.Create(Folder() + L"\\nowhere", L"main.xml"));
+  EXPECT_EQ(none, nullptr);
+}
+
+TEST_F(SkinFolderTest, TextSkinsIncludeFromTheFolderTheyAreGiven) {
+  Write(L"part.xml", R"(<Label name="part"/>)");
+  const std::string skin = R"(<Window><HBox name="root"><Include source="part.xml"/></HBox></Window>)";
+  std::unique_ptr<Control> with(builder.CreateFromString(skin, nullptr, nullptr, nullptr, Folder()));
+  EXPECT_EQ(Shape(with.get(), false), "root(part)");
+  std::unique_ptr<Control> without(builder.CreateFromString(skin));
+  EXPECT_EQ(Shape(without.get(), false), "root");
 }
 
 }  // namespace

@@ -3,11 +3,17 @@
 // message filters, closing, and what it looks like, rendered to a PNG beside this program and
 // read back pixel by pixel.
 #include <windows.h>
+// GDI+ needs the COM stream interfaces that WIN32_LEAN_AND_MEAN leaves out
+#include <objidl.h>
 
+#include <gdiplus.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
