@@ -156,8 +156,9 @@ TEST(ResourcePacket, RefusalsLeaveThingsAsTheyWere) {
   };
   for (const auto& w : writes) {
     EXPECT_EQ(packet.Write(w.path.c_str(), "x"), w.ok) << std::string(w.path.begin(), w.path.end());
-    if (w.path != L"skins" && w.path.find(L'\\') == std::wstring::npos)  // one name: its form alone
+    if (w.path != L"skins" && w.path.find(L'\\') == std::wstring::npos) {  // one name: its form alone
       EXPECT_EQ(mc::IsValidPacketName(w.path.c_str()), w.ok) << std::string(w.path.begin(), w.path.end());
+    }
   }
   std::string data = "untouched";
   EXPECT_FALSE(packet.Read(L"skins", data));
@@ -203,21 +204,21 @@ TEST(ResourcePacket, DamagedFilesFailWithoutFault) {
     std::string bytes;
     bool mayOpen;
   } const rows[] = {
-      {"empty", "", false},
-      {"header only", good.substr(0, 512), false},
-      {"cut at 513", good.substr(0, 513), true},
-      {"cut in half", good.substr(0, good.size() / 2), true},
-      {"last byte gone", good.substr(0, good.size() - 1), true},
-      {"random bytes", Binary(4096), false},
-      {"every 7th byte flipped", flipped(0, 7), false},
-      {"header fields flipped", flipped(0x2C, 4), true},
-      {"directory flipped", flipped(512, 61), true},
+    {"empty", "", false},
+    {"header only", good.substr(0, 512), false},
+    {"cut at 513", good.substr(0, 513), true},
+    {"cut in half", good.substr(0, good.size() / 2), true},
+    {"last byte gone", good.substr(0, good.size() - 1), true},
+    {"random bytes", Binary(4096), false},
+    {"every 7th byte flipped", flipped(0, 7), false},
+    {"header fields flipped", flipped(0x2C, 4), true},
+    {"directory flipped", flipped(512, 61), true},
 #if defined(_WIN32)
-      {"directory loop", looped(), true},  // Wine's reader shows such a folder as empty
+    {"directory loop", looped(), true},  // Wine's reader shows such a folder as empty
 #else
-      {"directory loop", looped(), false},
+    {"directory loop", looped(), false},
 #endif
-      {"absurd sizes", huge(), true},
+    {"absurd sizes", huge(), true},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);

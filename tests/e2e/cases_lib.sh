@@ -89,6 +89,11 @@ run_cases() {
   local all
   all=$(declare -F | awk '{print $3}' | grep '^case_' | sed 's/^case_//')
   for current in ${@:-$all}; do
+    if ! declare -F "case_$current" >/dev/null; then  # a case list out of step with the script
+      echo "FAIL [$current]: no such case in $0"
+      failures=$((failures + 1))
+      continue
+    fi
     "case_$current"
     [ "$failures" = 0 ] && echo "ok   [$current]"
   done

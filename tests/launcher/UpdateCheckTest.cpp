@@ -15,7 +15,6 @@ using testing_support::Write;
 
 namespace {
 
-
 ModuleVersionRecord Module(const wchar_t* name, const wchar_t* group, const wchar_t* oldv, const wchar_t* cur,
                            const wchar_t* target) {
   ModuleVersionRecord m;
@@ -72,20 +71,37 @@ TEST(Check, StateCountsAndTheListLeftBehind) {
       {"a half-done core component wins",
        {Module(L"a.dll", L"core", L"1", L"2", L"2"), Module(L"b.dll", L"core", L"1", L"1", L"2"),
         Module(L"c.dll", L"common", L"1", L"1", L"2")},
-       kCoreHalfDone, 1, -9, 3},
-      {"three equal versions are done and pending", {Module(L"a.dll", L"core", L"5", L"5", L"5")}, kCoreHalfDone, 1,
-       -9, 1},
+       kCoreHalfDone,
+       1,
+       -9,
+       3},
+      {"three equal versions are done and pending",
+       {Module(L"a.dll", L"core", L"5", L"5", L"5")},
+       kCoreHalfDone,
+       1,
+       -9,
+       1},
       {"pending counts common and core, exact group names",
        {Module(L"a", L"core", L"1", L"1", L"2"), Module(L"b", L"common", L"1", L"1", L"2"),
         Module(L"c", L"common", L"1", L"9", L"2"), Module(L"d", L"Common", L"1", L"1", L"2"),
         Module(L"e", L"extra", L"1", L"1", L"2")},
-       kUpdatePending, -7, 2, 5},
+       kUpdatePending,
+       -7,
+       2,
+       5},
       {"finished common components leave the list",
        {Module(L"done1", L"common", L"1", L"2", L"2"), Module(L"done2", L"common", L"3", L"4", L"4"),
         Module(L"keep", L"core", L"1", L"2", L"2")},
-       kNothingToDo, -7, -9, 1},
-      {"only other groups", {Module(L"x", L"Core", L"1", L"1", L"2"), Module(L"y", L"tools", L"1", L"1", L"1")},
-       kNothingToDo, -7, -9, 2},
+       kNothingToDo,
+       -7,
+       -9,
+       1},
+      {"only other groups",
+       {Module(L"x", L"Core", L"1", L"1", L"2"), Module(L"y", L"tools", L"1", L"1", L"1")},
+       kNothingToDo,
+       -7,
+       -9,
+       2},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
@@ -96,7 +112,9 @@ TEST(Check, StateCountsAndTheListLeftBehind) {
     EXPECT_EQ(r.state, row.state);
     EXPECT_EQ(r.coreDoneCount, row.coreDone);
     EXPECT_EQ(r.pendingCount, row.pending);
-    if (r.state != kNothingToDo) EXPECT_EQ(r.detail, L"notes");
+    if (r.state != kNothingToDo) {
+      EXPECT_EQ(r.detail, L"notes");
+    }
     UpdateVersionManifest after(s.ListPath());
     ASSERT_TRUE(after.Read());
     EXPECT_EQ(after.GetModules().size(), row.left);
