@@ -207,7 +207,7 @@ int wmain(int, wchar_t**) {
     static const char* const kListNames[] = {"read", "missing", "damaged", "empty"};
     t["list"] = kListNames[static_cast<int>(j.evidence.list)];
     if (j.evidence.markerPresent && j.evidence.list != ProgressEvidence::List::kRead) {
-      const wchar_t* what = j.evidence.list == ProgressEvidence::List::kMissing ? L"update list missing: "
+      const wchar_t* what = j.evidence.list == ProgressEvidence::List::kMissing   ? L"update list missing: "
                             : j.evidence.list == ProgressEvidence::List::kDamaged ? L"update list damaged: "
                                                                                   : L"update list empty: ";
       problems.append(U(what + TargetUpdateFolder(j.target, update) + L"UpdateTemp\\StaticUpdateVersion.xml"));

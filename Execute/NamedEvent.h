@@ -7,5 +7,5 @@
 bool CreateNamedEventOnce(const CString& name);
 void ReleaseNamedEvent(const CString& name);
 
-extern const wchar_t* const kStartRunningEvent;  // "MIVO6 Start Running Event"
+extern const wchar_t* const kStartRunningEvent;    // "MIVO6 Start Running Event"
 extern const wchar_t* const kUpdateExecutedEvent;  // "MIVO6 Do Update Executed Event"

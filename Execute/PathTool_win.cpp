@@ -1,5 +1,6 @@
 // Starts the path rules' helper commands (cacls, an elevated "rd") hidden through the shell.
 #include <windows.h>
+// the shell headers need the base Windows types first
 #include <shellapi.h>
 
 #include "Execute/PathTool.h"

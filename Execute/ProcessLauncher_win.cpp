@@ -50,12 +50,12 @@ HRESULT QueryIntegrityLevel(DWORD pid, DWORD& rid) {
   return hr;
 }
 
-using CreateProcessWithTokenFn = BOOL(WINAPI*)(HANDLE, DWORD, LPCWSTR, LPWSTR, DWORD, LPVOID, LPCWSTR,
-                                               LPSTARTUPINFOW, LPPROCESS_INFORMATION);
+using CreateProcessWithTokenFn = BOOL(WINAPI*)(HANDLE, DWORD, LPCWSTR, LPWSTR, DWORD, LPVOID, LPCWSTR, LPSTARTUPINFOW,
+                                               LPPROCESS_INFORMATION);
 
 // Starts the program with the shell's (medium) token; the result is negative on failure.
-HRESULT StartWithShellToken(DWORD shellPid, const wchar_t* applicationName, wchar_t* commandLine,
-                            STARTUPINFOW& startup, PROCESS_INFORMATION& info) {
+HRESULT StartWithShellToken(DWORD shellPid, const wchar_t* applicationName, wchar_t* commandLine, STARTUPINFOW& startup,
+                            PROCESS_INFORMATION& info) {
   HANDLE shell = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, shellPid);
   if (!shell) return FromError(GetLastError());
   HANDLE shellToken = nullptr, primary = nullptr;
@@ -225,7 +225,8 @@ void RunLaunchDecision(bool silent, int showCommand) {
   if (g_ITrace)
     g_ITrace->Trace(3, true, L"listRecoverComponentData size is %d,listUpdateComponentData size is %d, bSilent is %d",
                     static_cast<int>(found.pending.size()), static_cast<int>(found.halfDone.size()), silent ? 1 : 0);
-  CarryOutStart(PlanStart(found, silent, GetLaunchArguments(), CPathTool::GetLauncherFolder(),
-                          [] { return CPathTool::GetUpdateFolder(false); }, CurrentUserSid),
+  CarryOutStart(PlanStart(
+                    found, silent, GetLaunchArguments(), CPathTool::GetLauncherFolder(),
+                    [] { return CPathTool::GetUpdateFolder(false); }, CurrentUserSid),
                 showCommand);
 }

@@ -8,13 +8,13 @@
 struct UpdateTarget {
   CString name;
   CString main;
-  int isMain = 0;      // 1 for the client; selects the update folder
-  CString folder;      // the plug-in's folder name under "plugin\"
+  int isMain = 0;  // 1 for the client; selects the update folder
+  CString folder;  // the plug-in's folder name under "plugin\"
   int firstFlag = 0;
   int secondFlag = 0;
   int pendingCount = 0;
-  CString detail;      // release notes of the pending update
-  int state = 0;       // UpdateProgressState
+  CString detail;  // release notes of the pending update
+  int state = 0;   // UpdateProgressState
   int coreDoneCount = 0;
 };
 

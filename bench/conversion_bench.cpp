@@ -16,7 +16,8 @@
 namespace {
 
 // 48 bytes: 30 ASCII, 6 Chinese characters of 3 bytes each
-const std::string kText = "C:\\Users\\\xe5\xbc\xa0\xe4\xb8\x89\\Mivo\\\xe8\xae\xbe\xe7\xbd\xae\\\xe6\x97\xa5\xe5\xbf\x97\\trace_log.txt";
+const std::string kText =
+    "C:\\Users\\\xe5\xbc\xa0\xe4\xb8\x89\\Mivo\\\xe8\xae\xbe\xe7\xbd\xae\\\xe6\x97\xa5\xe5\xbf\x97\\trace_log.txt";
 
 std::wstring IcuToWide(const std::string& s) {
   std::wstring out(s.size(), L'\0');
@@ -52,7 +53,6 @@ void IcuU8Next(benchmark::State& state) {
     benchmark::DoNotOptimize(text);
   }
 }
-
 
 }  // namespace
 

@@ -153,7 +153,8 @@ void FlatArrange(const std::vector<ChildShape>& shapes, UiRect rc, std::vector<U
     else
       from = crossEnd - crossAfter(s.margin) - cross;
     const int start = at + before(s.margin);
-    out[i] = kVertical ? UiRect{from, start, from + cross, start + size} : UiRect{start, from, start + size, from + cross};
+    out[i] =
+        kVertical ? UiRect{from, start, from + cross, start + size} : UiRect{start, from, start + size, from + cross};
     at += before(s.margin) + size + after(s.margin);
   }
 }
@@ -257,9 +258,9 @@ class RowReporter : public benchmark::ConsoleReporter {
       // Building is timed by hand (wall clock, the set-up left out); the rest by the CPU time
       // of the process, which a busy machine disturbs less.
       if (run.aggregate_name == "median")
-        m_median[run.run_name.function_name] =
-            run.run_name.function_name.find("Arrange") != std::string::npos ? run.GetAdjustedCPUTime()
-                                                                             : run.GetAdjustedRealTime();
+        m_median[run.run_name.function_name] = run.run_name.function_name.find("Arrange") != std::string::npos
+                                                   ? run.GetAdjustedCPUTime()
+                                                   : run.GetAdjustedRealTime();
   }
   void Finalize() override {
     ConsoleReporter::Finalize();
@@ -286,8 +287,16 @@ class RowReporter : public benchmark::ConsoleReporter {
 
 }  // namespace
 
-BENCHMARK_CAPTURE(BM_BoxAdd, VBox, true)->UseManualTime()->Iterations(10)->Repetitions(7)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(BM_BoxAdd, HBox, false)->UseManualTime()->Iterations(10)->Repetitions(7)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_BoxAdd, VBox, true)
+    ->UseManualTime()
+    ->Iterations(10)
+    ->Repetitions(7)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_BoxAdd, HBox, false)
+    ->UseManualTime()
+    ->Iterations(10)
+    ->Repetitions(7)
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(BM_AppendAndLayout, VBox, true)
     ->UseManualTime()
     ->Iterations(10)

@@ -207,8 +207,10 @@ class RatioReporter : public benchmark::ConsoleReporter {
     double mivo = m_median["BM_CPatternMatcher/1000"], hs = m_median["BM_Hyperscan/1000"];
     if (mivo > 0 && hs > 0) {
       double chars = static_cast<double>(Text().text.size());
-      std::printf("ROW|pattern matcher, 10 MiB, 1,000 patterns (native)|%.0f M chars/s|Hyperscan streaming: %.0f M chars/s|%.2fx|<= 2x|%s\n",
-                  chars / mivo / 1e3, chars / hs / 1e3, mivo / hs, mivo / hs <= 2 ? "yes" : "no");
+      std::printf(
+          "ROW|pattern matcher, 10 MiB, 1,000 patterns (native)|%.0f M chars/s|Hyperscan streaming: %.0f M "
+          "chars/s|%.2fx|<= 2x|%s\n",
+          chars / mivo / 1e3, chars / hs / 1e3, mivo / hs, mivo / hs <= 2 ? "yes" : "no");
     }
   }
 

@@ -120,8 +120,7 @@ int RunLibuv(Sink& sink, UvTimers& uv) {
     uv_timer_init(&uv.loop, handle);
     handle->data = &sink;
     uv_timer_start(
-        handle, [](uv_timer_t* h) { ++static_cast<Sink*>(h->data)->runs; },
-        DelayMs(i), 0);
+        handle, [](uv_timer_t* h) { ++static_cast<Sink*>(h->data)->runs; }, DelayMs(i), 0);
   }
   uv_run(&uv.loop, UV_RUN_NOWAIT);
   return uv_loop_alive(&uv.loop) ? -1 : sink.runs;
@@ -157,8 +156,8 @@ void CheckSidesAgree() {
   Sink a{0, &ours}, b{0, &peer};
   const int ranOurs = RunOurs(a), ranPeer = RunPriorityQueue(b), ranUv = RunLibuvRecorded(uv);
   if (ranOurs != kTimers || ranPeer != kTimers || ranUv != kTimers || ours != peer || ours != uv) {
-    std::fprintf(stderr, "the sides ran different timers or in a different order (%d, %d, %d runs)\n", ranOurs,
-                 ranPeer, ranUv);
+    std::fprintf(stderr, "the sides ran different timers or in a different order (%d, %d, %d runs)\n", ranOurs, ranPeer,
+                 ranUv);
     std::exit(1);
   }
 }
@@ -214,9 +213,10 @@ class RowReporter : public benchmark::ConsoleReporter {
     const double peer = m_median["BM_PriorityQueue"] * 1000 / kTimers;
     const double uv = m_median["BM_Libuv"] * 1000 / kTimers;
     const double ratio = peer > 0 ? ours / peer : 0;
-    std::printf("ROW|timers, add 100,000 then pop and run all, per timer|%.1f ns|std::priority_queue of "
-                "std::function: %.1f ns (libuv: %.1f ns)|%.2fx|<= 1.0x|%s\n",
-                ours, peer, uv, ratio, ratio > 0 && ratio <= 1.0 ? "yes" : "no");
+    std::printf(
+        "ROW|timers, add 100,000 then pop and run all, per timer|%.1f ns|std::priority_queue of "
+        "std::function: %.1f ns (libuv: %.1f ns)|%.2fx|<= 1.0x|%s\n",
+        ours, peer, uv, ratio, ratio > 0 && ratio <= 1.0 ? "yes" : "no");
   }
 
  private:

@@ -26,7 +26,8 @@ namespace {
 
 constexpr int kLines = 100000;
 // tmpfs when there is one: the disk's write-back stalls would time the disk, not the loggers
-const fs::path kRoot = (fs::is_directory("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path()) / "mivo_trace_bench";
+const fs::path kRoot =
+    (fs::is_directory("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path()) / "mivo_trace_bench";
 
 fs::path FreshFolder(const std::string& name) {
   fs::path p = kRoot / name;
@@ -107,7 +108,8 @@ void SpdlogFlushEachLine(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(MivoTrace)->Iterations(1)->Repetitions(7)->ReportAggregatesOnly(true)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(MivoTrace)->Iterations(1)->Repetitions(7)->ReportAggregatesOnly(true)->UseRealTime()->Unit(
+    benchmark::kMillisecond);
 BENCHMARK(SpdlogFlushEachLine)
     ->Iterations(1)
     ->Repetitions(7)

@@ -1,5 +1,6 @@
 // The shell's special folders, through its item-id functions.
 #include <windows.h>
+// the shell headers need the base Windows types first
 #include <shlobj.h>
 
 #include <map>

@@ -22,7 +22,7 @@ ITrace_imp* g_instance = nullptr;
 constexpr unsigned kOpenFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite |
                                 CFile::shareDenyNone | CFile::typeBinary | CFile::modeAppend;
 
-constexpr size_t kStampRoom = 64;  // "[YYYY/MM/DD HH:MM:SS]" is 21 characters
+constexpr size_t kStampRoom = 64;                                         // "[YYYY/MM/DD HH:MM:SS]" is 21 characters
 constexpr size_t kLineRoom = kStampRoom + ITrace_imp::kMessageChars + 2;  // stamp, message, "\r\n"
 
 // The time stamp of the current second, formatted only when the second changes: between
@@ -73,7 +73,8 @@ ITrace_imp* ITrace_imp::GetInstance() {
 }
 
 ITrace_imp::ITrace_imp(const CString& logFolder, bool openNow) : m_folder(logFolder) {
-  m_path.Format(L"%s%s_%s.%s", logFolder.GetString(), L"trace_log", toolkit::FormatLocalTime(L"%Y_%m_%d").GetString(), L"txt");
+  m_path.Format(L"%s%s_%s.%s", logFolder.GetString(), L"trace_log", toolkit::FormatLocalTime(L"%Y_%m_%d").GetString(),
+                L"txt");
   m_sizeLimit = kSizeLimit;
   if (openNow) OpenFile();
 }
@@ -88,7 +89,8 @@ ITrace_imp::~ITrace_imp() {
     m_file.Close();
   } catch (CException* e) {
     CString line;
-    line.Format(L"ITrace_imp::~ITrace_imp(): Close trace log file failed!!! Error: %s\n", e->GetErrorMessage().GetString());
+    line.Format(L"ITrace_imp::~ITrace_imp(): Close trace log file failed!!! Error: %s\n",
+                e->GetErrorMessage().GetString());
     toolkit::OutputDebugText(line);
     e->Delete();
   }

@@ -12,9 +12,9 @@ class MIVO_COMMON_API CString {
   CString() = default;
   CString(const CString&) = default;
   CString(CString&&) noexcept = default;
-  CString(const wchar_t* text);                  // null gives ""
-  CString(const wchar_t* text, int length);      // at most `length` characters
-  CString(const char* ansi);                     // ANSI code page; null gives ""
+  CString(const wchar_t* text);              // null gives ""
+  CString(const wchar_t* text, int length);  // at most `length` characters
+  CString(const char* ansi);                 // ANSI code page; null gives ""
   CString(wchar_t ch, int repeat = 1);
   ~CString() = default;
 

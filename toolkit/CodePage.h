@@ -13,10 +13,8 @@
 
 namespace toolkit {
 
-MIVO_COMMON_API bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length,
-                                     std::wstring& out);
-MIVO_COMMON_API bool WideToMultiByte(unsigned codePage, const wchar_t* text, size_t length,
-                                     std::string& out);
+MIVO_COMMON_API bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, std::wstring& out);
+MIVO_COMMON_API bool WideToMultiByte(unsigned codePage, const wchar_t* text, size_t length, std::string& out);
 // The same conversion straight into a CString's own buffer, with no copy in between.
 MIVO_COMMON_API bool MultiByteToWide(unsigned codePage, const char* bytes, size_t length, CString& out);
 

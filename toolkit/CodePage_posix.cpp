@@ -34,32 +34,54 @@ std::vector<std::string> IconvNames(unsigned cp) {
   char buf[32];
   std::vector<std::string> names;
   switch (cp) {
-    case 1200: return {"UTF-16LE"};
-    case 1201: return {"UTF-16BE"};
-    case 12000: return {"UTF-32LE"};
-    case 12001: return {"UTF-32BE"};
-    case 20127: return {"ASCII"};
-    case 20866: return {"KOI8-R"};
-    case 21866: return {"KOI8-U"};
-    case 54936: return {"GB18030"};
+    case 1200:
+      return {"UTF-16LE"};
+    case 1201:
+      return {"UTF-16BE"};
+    case 12000:
+      return {"UTF-32LE"};
+    case 12001:
+      return {"UTF-32BE"};
+    case 20127:
+      return {"ASCII"};
+    case 20866:
+      return {"KOI8-R"};
+    case 21866:
+      return {"KOI8-U"};
+    case 54936:
+      return {"GB18030"};
     case 20932:
-    case 51932: return {"EUC-JP"};
-    case 51936: return {"EUC-CN"};
-    case 51949: return {"EUC-KR"};
+    case 51932:
+      return {"EUC-JP"};
+    case 51936:
+      return {"EUC-CN"};
+    case 51949:
+      return {"EUC-KR"};
     case 50220:
     case 50221:
-    case 50222: return {"ISO-2022-JP"};
-    case 50225: return {"ISO-2022-KR"};
+    case 50222:
+      return {"ISO-2022-JP"};
+    case 50225:
+      return {"ISO-2022-KR"};
     case 50227:
-    case 50229: return {"ISO-2022-CN"};
-    case 52936: return {"HZ-GB-2312", "HZ"};
-    case 1361: return {"JOHAB"};
-    case 10000: return {"MACINTOSH"};
-    case 10007: return {"MAC-CYRILLIC", "MACCYRILLIC"};
-    case 65000: return {"UTF-7"};
-    case 950: return {"CP950", "BIG5"};
-    case 936: return {"CP936", "GBK"};
-    default: break;
+    case 50229:
+      return {"ISO-2022-CN"};
+    case 52936:
+      return {"HZ-GB-2312", "HZ"};
+    case 1361:
+      return {"JOHAB"};
+    case 10000:
+      return {"MACINTOSH"};
+    case 10007:
+      return {"MAC-CYRILLIC", "MACCYRILLIC"};
+    case 65000:
+      return {"UTF-7"};
+    case 950:
+      return {"CP950", "BIG5"};
+    case 936:
+      return {"CP936", "GBK"};
+    default:
+      break;
   }
   if (cp >= 28591 && cp <= 28605) {
     std::snprintf(buf, sizeof buf, "ISO-8859-%u", cp - 28590);

@@ -123,7 +123,10 @@ class CList {
       m_head = n;
       if (!m_tail) m_tail = n;
     } else {
-      if (at->prev) at->prev->next = n; else m_head = n;
+      if (at->prev)
+        at->prev->next = n;
+      else
+        m_head = n;
       at->prev = n;
     }
     ++m_count;
@@ -138,7 +141,10 @@ class CList {
       m_tail = n;
       if (!m_head) m_head = n;
     } else {
-      if (at->next) at->next->prev = n; else m_tail = n;
+      if (at->next)
+        at->next->prev = n;
+      else
+        m_tail = n;
       at->next = n;
     }
     ++m_count;
@@ -157,8 +163,14 @@ class CList {
   }
   void RemoveAt(POSITION pos) {
     Node* n = NonEmpty(N(pos));
-    if (n->prev) n->prev->next = n->next; else m_head = n->next;
-    if (n->next) n->next->prev = n->prev; else m_tail = n->prev;
+    if (n->prev)
+      n->prev->next = n->next;
+    else
+      m_head = n->next;
+    if (n->next)
+      n->next->prev = n->prev;
+    else
+      m_tail = n->prev;
     delete n;
     --m_count;
   }

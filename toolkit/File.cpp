@@ -279,9 +279,7 @@ ULONGLONG CStdioFile::Seek(LONGLONG offset, UINT from) {
   return CFile::Seek(offset, from);
 }
 
-ULONGLONG CStdioFile::GetPosition() const {
-  return CFile::GetPosition() - (m_buffer.size() - m_bufferPos);
-}
+ULONGLONG CStdioFile::GetPosition() const { return CFile::GetPosition() - (m_buffer.size() - m_bufferPos); }
 
 void CStdioFile::Close() {
   m_buffer.clear();

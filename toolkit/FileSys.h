@@ -8,8 +8,8 @@
 namespace toolkit::sys {
 
 struct Error {
-  int cause = 0;      // CFileException cause
-  long osError = 0;   // errno or GetLastError
+  int cause = 0;     // CFileException cause
+  long osError = 0;  // errno or GetLastError
 };
 
 HANDLE OpenFile(const wchar_t* path, unsigned flags, Error& error);  // CFile::hFileNull on failure

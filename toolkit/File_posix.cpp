@@ -27,22 +27,31 @@ bool Fail(Error& error) {
 
 int CauseFromErrno(int err) {
   switch (err) {
-    case ENOENT: return CFileException::fileNotFound;
+    case ENOENT:
+      return CFileException::fileNotFound;
     case ENOTDIR:
     case ENAMETOOLONG:
-    case ELOOP: return CFileException::badPath;
+    case ELOOP:
+      return CFileException::badPath;
     case EMFILE:
-    case ENFILE: return CFileException::tooManyOpenFiles;
+    case ENFILE:
+      return CFileException::tooManyOpenFiles;
     case EACCES:
     case EPERM:
     case EROFS:
-    case EISDIR: return CFileException::accessDenied;
-    case EBADF: return CFileException::invalidFile;
-    case ENOSPC: return CFileException::diskFull;
+    case EISDIR:
+      return CFileException::accessDenied;
+    case EBADF:
+      return CFileException::invalidFile;
+    case ENOSPC:
+      return CFileException::diskFull;
     case EBUSY:
-    case ETXTBSY: return CFileException::sharingViolation;
-    case EIO: return CFileException::hardIO;
-    default: return CFileException::genericException;
+    case ETXTBSY:
+      return CFileException::sharingViolation;
+    case EIO:
+      return CFileException::hardIO;
+    default:
+      return CFileException::genericException;
   }
 }
 
@@ -67,9 +76,15 @@ std::wstring FromNativePath(const std::string& path) {
 HANDLE OpenFile(const wchar_t* path, unsigned flags, Error& error) {
   int oflags = O_CLOEXEC;
   switch (flags & 3) {
-    case CFile::modeWrite: oflags |= O_WRONLY; break;
-    case CFile::modeReadWrite: oflags |= O_RDWR; break;
-    default: oflags |= O_RDONLY; break;
+    case CFile::modeWrite:
+      oflags |= O_WRONLY;
+      break;
+    case CFile::modeReadWrite:
+      oflags |= O_RDWR;
+      break;
+    default:
+      oflags |= O_RDONLY;
+      break;
   }
   if (flags & CFile::modeCreate) oflags |= O_CREAT | ((flags & CFile::modeNoTruncate) ? 0 : O_TRUNC);
   if (flags & CFile::modeAppend) oflags |= O_APPEND;

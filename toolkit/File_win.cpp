@@ -10,26 +10,39 @@ namespace {
 
 int CauseFromError(DWORD err) {
   switch (err) {
-    case ERROR_FILE_NOT_FOUND: return CFileException::fileNotFound;
+    case ERROR_FILE_NOT_FOUND:
+      return CFileException::fileNotFound;
     case ERROR_PATH_NOT_FOUND:
     case ERROR_INVALID_NAME:
     case ERROR_BAD_PATHNAME:
-    case ERROR_FILENAME_EXCED_RANGE: return CFileException::badPath;
-    case ERROR_TOO_MANY_OPEN_FILES: return CFileException::tooManyOpenFiles;
+    case ERROR_FILENAME_EXCED_RANGE:
+      return CFileException::badPath;
+    case ERROR_TOO_MANY_OPEN_FILES:
+      return CFileException::tooManyOpenFiles;
     case ERROR_ACCESS_DENIED:
     case ERROR_WRITE_PROTECT:
-    case ERROR_ALREADY_EXISTS: return CFileException::accessDenied;
-    case ERROR_INVALID_HANDLE: return CFileException::invalidFile;
-    case ERROR_CURRENT_DIRECTORY: return CFileException::removeCurrentDir;
-    case ERROR_CANNOT_MAKE: return CFileException::directoryFull;
+    case ERROR_ALREADY_EXISTS:
+      return CFileException::accessDenied;
+    case ERROR_INVALID_HANDLE:
+      return CFileException::invalidFile;
+    case ERROR_CURRENT_DIRECTORY:
+      return CFileException::removeCurrentDir;
+    case ERROR_CANNOT_MAKE:
+      return CFileException::directoryFull;
     case ERROR_SEEK:
-    case ERROR_NEGATIVE_SEEK: return CFileException::badSeek;
-    case ERROR_SHARING_VIOLATION: return CFileException::sharingViolation;
-    case ERROR_LOCK_VIOLATION: return CFileException::lockViolation;
+    case ERROR_NEGATIVE_SEEK:
+      return CFileException::badSeek;
+    case ERROR_SHARING_VIOLATION:
+      return CFileException::sharingViolation;
+    case ERROR_LOCK_VIOLATION:
+      return CFileException::lockViolation;
     case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_FULL: return CFileException::diskFull;
-    case ERROR_HANDLE_EOF: return CFileException::endOfFile;
-    default: return CFileException::genericException;
+    case ERROR_DISK_FULL:
+      return CFileException::diskFull;
+    case ERROR_HANDLE_EOF:
+      return CFileException::endOfFile;
+    default:
+      return CFileException::genericException;
   }
 }
 
@@ -45,19 +58,31 @@ bool Fail(Error& error) {
 HANDLE OpenFile(const wchar_t* path, unsigned flags, Error& error) {
   DWORD access = GENERIC_READ;
   switch (flags & 3) {
-    case CFile::modeWrite: access = GENERIC_WRITE; break;
-    case CFile::modeReadWrite: access = GENERIC_READ | GENERIC_WRITE; break;
-    default: break;
+    case CFile::modeWrite:
+      access = GENERIC_WRITE;
+      break;
+    case CFile::modeReadWrite:
+      access = GENERIC_READ | GENERIC_WRITE;
+      break;
+    default:
+      break;
   }
   // appending: all the rights of writing but the one to write anywhere but at the end
   if ((flags & CFile::modeAppend) && (access & GENERIC_WRITE))
     access = (access & ~GENERIC_WRITE) | (FILE_GENERIC_WRITE & ~FILE_WRITE_DATA);
   DWORD share = 0;
   switch (flags & 0x70) {
-    case CFile::shareDenyWrite: share = FILE_SHARE_READ; break;
-    case CFile::shareDenyRead: share = FILE_SHARE_WRITE; break;
-    case CFile::shareDenyNone: share = FILE_SHARE_READ | FILE_SHARE_WRITE; break;
-    default: break;  // compatibility and exclusive both lock others out
+    case CFile::shareDenyWrite:
+      share = FILE_SHARE_READ;
+      break;
+    case CFile::shareDenyRead:
+      share = FILE_SHARE_WRITE;
+      break;
+    case CFile::shareDenyNone:
+      share = FILE_SHARE_READ | FILE_SHARE_WRITE;
+      break;
+    default:
+      break;  // compatibility and exclusive both lock others out
   }
   DWORD disposition = OPEN_EXISTING;
   if (flags & CFile::modeCreate) disposition = (flags & CFile::modeNoTruncate) ? OPEN_ALWAYS : CREATE_ALWAYS;

@@ -56,8 +56,8 @@ class OpenFolder {
   std::wstring m_path;                     // no trailing backslash
   std::wstring m_scratch;
 #else
-  int m_fd = -1;          // the open folder
-  void* m_dir = nullptr;  // its DIR stream, which owns m_fd
+  int m_fd = -1;             // the open folder
+  void* m_dir = nullptr;     // its DIR stream, which owns m_fd
 #endif
 };
 

@@ -67,7 +67,8 @@ size_t Utf8ToWide(const char* bytes, size_t length, wchar_t* out) {
       i += 2;
       continue;
     }
-    if (b >= 0xE1 && b <= 0xEF && b != 0xED && i + 2 < length && (s[i + 1] & 0xC0) == 0x80 && (s[i + 2] & 0xC0) == 0x80) {
+    if (b >= 0xE1 && b <= 0xEF && b != 0xED && i + 2 < length && (s[i + 1] & 0xC0) == 0x80 &&
+        (s[i + 2] & 0xC0) == 0x80) {
       *out++ = static_cast<wchar_t>(((b & 0x0F) << 12) | ((s[i + 1] & 0x3F) << 6) | (s[i + 2] & 0x3F));
       i += 3;
       continue;

@@ -24,7 +24,8 @@ std::string Printf(const char* format, ...) {
 Log_Impl::Time Log_Impl::Time::Now() {
   auto now = std::chrono::system_clock::now();
   std::tm local = toolkit::LocalTimeNow();
-  int ms = static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000);
+  int ms =
+      static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000);
   return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, ms};
 }
 

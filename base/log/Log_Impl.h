@@ -12,14 +12,14 @@ namespace nbase {
 class MIVO_COMMON_API Log_Impl {
  public:
   enum Flag {
-    kDate = 0x1,             // "%04d-%02d-%02d"
-    kTime = 0x2,             // "%02d:%02d:%02d"
-    kStamp = 0x4,            // "[%04d-%02d-%02d %02d:%02d:%02d:%03d]" instead of the two above
-    kFile = 0x8,             // " file:%s"
-    kLine = 0x10,            // " line: %d"
-    kErrno = 0x20,           // " {%d} "
-    kErrnoText = 0x40,       // " {%d:%s} " (wins over kErrno)
-    kNoDatePrefix = 0x200,   // file "%s.log" instead of "YYYYMMDD_%s.log"
+    kDate = 0x1,            // "%04d-%02d-%02d"
+    kTime = 0x2,            // "%02d:%02d:%02d"
+    kStamp = 0x4,           // "[%04d-%02d-%02d %02d:%02d:%02d:%03d]" instead of the two above
+    kFile = 0x8,            // " file:%s"
+    kLine = 0x10,           // " line: %d"
+    kErrno = 0x20,          // " {%d} "
+    kErrnoText = 0x40,      // " {%d:%s} " (wins over kErrno)
+    kNoDatePrefix = 0x200,  // file "%s.log" instead of "YYYYMMDD_%s.log"
   };
 
   struct Time {

@@ -41,7 +41,8 @@ inline std::wstring ScratchFolder(const wchar_t* name) {
 
 // ratio = ours / peer as time cost
 inline void Row(const char* metric, const std::string& ours, const std::string& peer, double ratio, double goal) {
-  std::printf("ROW|%s|%s|%s|%.2fx|<= %gx|%s\n", metric, ours.c_str(), peer.c_str(), ratio, goal, ratio <= goal ? "yes" : "no");
+  std::printf("ROW|%s|%s|%s|%.2fx|<= %gx|%s\n", metric, ours.c_str(), peer.c_str(), ratio, goal,
+              ratio <= goal ? "yes" : "no");
   std::fflush(stdout);
 }
 

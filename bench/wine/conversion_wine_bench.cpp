@@ -12,19 +12,21 @@
 namespace {
 
 constexpr int kCalls = 50000;
-const std::string kUtf8 = "C:\\Users\\\xe5\xbc\xa0\xe4\xb8\x89\\Mivo\\\xe8\xae\xbe\xe7\xbd\xae\\\xe6\x97\xa5\xe5\xbf\x97\\trace_log.txt";
+const std::string kUtf8 =
+    "C:\\Users\\\xe5\xbc\xa0\xe4\xb8\x89\\Mivo\\\xe8\xae\xbe\xe7\xbd\xae\\\xe6\x97\xa5\xe5\xbf\x97\\trace_log.txt";
 
 std::wstring RawToWide(const std::string& s) {
   std::wstring out(s.size(), L'\0');
-  int n = MultiByteToWideChar(CP_UTF8, 0, s.data(), static_cast<int>(s.size()), out.data(), static_cast<int>(out.size()));
+  int n =
+      MultiByteToWideChar(CP_UTF8, 0, s.data(), static_cast<int>(s.size()), out.data(), static_cast<int>(out.size()));
   out.resize(n > 0 ? static_cast<size_t>(n) : 0);
   return out;
 }
 
 std::string RawToUtf8(const std::wstring& w) {
   std::string out(w.size() * 3, '\0');
-  int n = WideCharToMultiByte(CP_UTF8, 0, w.data(), static_cast<int>(w.size()), out.data(), static_cast<int>(out.size()),
-                              nullptr, nullptr);
+  int n = WideCharToMultiByte(CP_UTF8, 0, w.data(), static_cast<int>(w.size()), out.data(),
+                              static_cast<int>(out.size()), nullptr, nullptr);
   out.resize(n > 0 ? static_cast<size_t>(n) : 0);
   return out;
 }

@@ -24,14 +24,16 @@ void Ours(const std::wstring& folder, int lines) {
 }
 
 void Bare(const std::wstring& path, int lines, bool append) {
-  DWORD access = append ? (FILE_GENERIC_READ | (FILE_GENERIC_WRITE & ~FILE_WRITE_DATA)) : (GENERIC_READ | GENERIC_WRITE);
-  HANDLE h = CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                         nullptr);
+  DWORD access =
+      append ? (FILE_GENERIC_READ | (FILE_GENERIC_WRITE & ~FILE_WRITE_DATA)) : (GENERIC_READ | GENERIC_WRITE);
+  HANDLE h = CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
+                         FILE_ATTRIBUTE_NORMAL, nullptr);
   char line[1200];
   for (int i = 0; i < lines; ++i) {
     SYSTEMTIME t;
     GetLocalTime(&t);
-    int n = std::snprintf(line, sizeof line, "[%04d/%02d/%02d %02d:%02d:%02d]CStartApp::InitInstance step %d of the launcher, path %s\r\n",
+    int n = std::snprintf(line, sizeof line,
+                          "[%04d/%02d/%02d %02d:%02d:%02d]CStartApp::InitInstance step %d of the launcher, path %s\r\n",
                           t.wYear, t.wMonth, t.wDay, t.wHour, t.wMinute, t.wSecond, i, "C:\\Program Files\\Mivo\\");
     DWORD written;
     WriteFile(h, line, static_cast<DWORD>(n), &written, nullptr);
@@ -79,7 +81,8 @@ int main() {
   bool same = SameLines(Read(minePath), Read(barePath));
   DeleteFileW(minePath.c_str());
   DeleteFileW(barePath.c_str());
-  if (!same) return std::fprintf(stderr, "trace_wine_bench: the trace log and the bare loop write different lines\n"), 1;
+  if (!same)
+    return std::fprintf(stderr, "trace_wine_bench: the trace log and the bare loop write different lines\n"), 1;
 
   std::vector<double> ours, appending, plain;
   for (int run = 0; run < 5; ++run) {

@@ -57,10 +57,10 @@ namespace {
 // objects a layout may do what those would do without calling them. Adding an override of
 // one of them to a class listed here stops the build.
 template <class T>
-constexpr bool kKeepsPlaceHolderLayout = std::is_same_v<decltype(&T::IsVisible), bool (PlaceHolder::*)() const> &&
-                                         std::is_same_v<decltype(&T::EstimateSize), UiSize (PlaceHolder::*)(UiSize)> &&
-                                         std::is_same_v<decltype(&T::SetPos), void (PlaceHolder::*)(UiRect)> &&
-                                         std::is_same_v<decltype(&T::Invalidate), void (PlaceHolder::*)()>;
+constexpr bool kKeepsPlaceHolderLayout = std::is_same_v<decltype(&T::IsVisible), bool (PlaceHolder::*)() const>&&
+    std::is_same_v<decltype(&T::EstimateSize), UiSize (PlaceHolder::*)(UiSize)>&&
+        std::is_same_v<decltype(&T::SetPos), void (PlaceHolder::*)(UiRect)>&&
+            std::is_same_v<decltype(&T::Invalidate), void (PlaceHolder::*)()>;
 
 template <class... T>
 bool IsOneOf(const std::type_info& type) {

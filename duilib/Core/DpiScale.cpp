@@ -10,10 +10,10 @@ namespace {
 
 // Pixel attributes of controls, boxes and labels. "renderoffset" scales itself when applied.
 const wchar_t* const kScaledNames[] = {
-    L"width",           L"height",           L"minwidth",    L"minheight",   L"maxwidth",       L"maxheight",
-    L"margin",          L"padding",          L"childmargin", L"bordersize",  L"leftbordersize", L"topbordersize",
-    L"rightbordersize", L"bottombordersize", L"borderround", L"textpadding", L"scrollbarwidth", L"itemsize",
-    L"indent",          L"rowheight",
+    L"width",          L"height",         L"minwidth",        L"minheight",        L"maxwidth",
+    L"maxheight",      L"margin",         L"padding",         L"childmargin",      L"bordersize",
+    L"leftbordersize", L"topbordersize",  L"rightbordersize", L"bottombordersize", L"borderround",
+    L"textpadding",    L"scrollbarwidth", L"itemsize",        L"indent",           L"rowheight",
 };
 
 int64_t Scale(int64_t value, int percent) {

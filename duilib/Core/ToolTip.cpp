@@ -8,8 +8,8 @@ namespace mivo::duilib {
 
 std::wstring ToolTipPlan::TipOf(const Control* control) {
   for (; control; control = control->GetParent()) {
-    std::wstring tip = control->GetToolTipTextId().empty() ? std::wstring()
-                                                           : GlobalManager::GetTextById(control->GetToolTipTextId());
+    std::wstring tip =
+        control->GetToolTipTextId().empty() ? std::wstring() : GlobalManager::GetTextById(control->GetToolTipTextId());
     if (tip.empty()) tip = control->GetToolTipText();
     if (!tip.empty()) return tip;
   }

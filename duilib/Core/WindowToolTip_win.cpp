@@ -50,8 +50,8 @@ void Window::ActOnToolTip(const ToolTipAction& action) {
   if (action.waitMs > 0) {
     m_toolTipWait.Cancel();
     TimerManager::GetInstance()->AddTimer(
-        m_toolTipWait.GetWeakFlag(),
-        [this] { ActOnToolTip(m_toolTip.Due(static_cast<int64_t>(GetTickCount64()))); }, action.waitMs, 1);
+        m_toolTipWait.GetWeakFlag(), [this] { ActOnToolTip(m_toolTip.Due(static_cast<int64_t>(GetTickCount64()))); },
+        action.waitMs, 1);
   }
   if (!action.show) return;
   if (!m_toolTipWindow) {

@@ -181,7 +181,7 @@ LRESULT CALLBACK Window::WndProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM 
   window->m_hwnd = nullptr;
   window->m_trackingMouse = false;
   window->m_arrangePosted = false;  // its message went with the window
-  window->OnFinalMessage(hwnd);  // may delete the window object: nothing after this
+  window->OnFinalMessage(hwnd);     // may delete the window object: nothing after this
   return result;
 }
 

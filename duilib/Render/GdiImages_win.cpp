@@ -137,8 +137,8 @@ void GdiRenderContext::DrawImage(const UiRect& dest, const ImageDescription& ima
       part = UiRect{0, 0, size.cx, size.cy};
     }
     if (!from) continue;
-    GdiAlphaBlend(Target(), at.left, at.top, size.cx, size.cy, from->GetDC(), part.left, part.top,
-                  part.GetWidth(), part.GetHeight(), blend);
+    GdiAlphaBlend(Target(), at.left, at.top, size.cx, size.cy, from->GetDC(), part.left, part.top, part.GetWidth(),
+                  part.GetHeight(), blend);
   }
 }
 

@@ -26,8 +26,7 @@ class MIVO_COMMON_API TimerManager {
 
   // Runs callback after delayMs and then every delayMs, repeatCount runs in all (-1: while
   // the owner lives). Always true. Call it on the UI thread.
-  bool AddTimer(const std::weak_ptr<nbase::WeakFlag>& owner, TimerCallback callback, UINT delayMs,
-                int repeatCount);
+  bool AddTimer(const std::weak_ptr<nbase::WeakFlag>& owner, TimerCallback callback, UINT delayMs, int repeatCount);
   // Runs what is due; the hidden window calls it for each kPollMessage.
   void Poll();
 

@@ -48,7 +48,8 @@ TEST(CryptoFactoryTest, UnknownIdentifiersGiveNothing) {
     EXPECT_EQ(nullptr, std::unique_ptr<IStreamCipher>(Factory().createCipher(id)).get()) << std::hex << id;
   for (unsigned int id : {0x20002u, 0x20006u, 0x10000u, 0x30003u, 0u})
     EXPECT_EQ(nullptr, std::unique_ptr<IDigest>(Factory().createDigest(id)).get()) << std::hex << id;
-  for (unsigned int id : {0x30002u, 0x30006u, 0x20003u}) EXPECT_EQ(nullptr, std::unique_ptr<IMAC>(Factory().createMAC(id)).get());
+  for (unsigned int id : {0x30002u, 0x30006u, 0x20003u})
+    EXPECT_EQ(nullptr, std::unique_ptr<IMAC>(Factory().createMAC(id)).get());
   for (unsigned int id : {0x40001u, 0u}) EXPECT_EQ(nullptr, std::unique_ptr<IS2K>(Factory().createS2K(id)).get());
   std::unique_ptr<IStreamCipher> desx(Factory().createCipher(kCipherDESX_CBC));
   EXPECT_NE(nullptr, dynamic_cast<CryptoImpl::DESX_CBC*>(desx.get()));
@@ -254,8 +255,8 @@ TEST(S2KTest, IteratedAndSaltedDerivation) {
 TEST(Base64Test, StandardVectorsBothForms) {
   std::unique_ptr<IBase64> plain(Factory().createBase64(false));
   std::unique_ptr<IBase64> lines(Factory().createBase64(true));
-  const std::pair<const char*, const char*> vectors[] = {
-      {"", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {"foob", "Zm9vYg=="}, {"fooba", "Zm9vYmE="}};
+  const std::pair<const char*, const char*> vectors[] = {{"", ""},        {"f", "Zg=="},        {"fo", "Zm8="},
+                                                         {"foo", "Zm9v"}, {"foob", "Zm9vYg=="}, {"fooba", "Zm9vYmE="}};
   for (const auto& [data, text] : vectors) {
     EXPECT_EQ(text, plain->Encode(data));
     std::string back;

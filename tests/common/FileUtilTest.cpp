@@ -22,8 +22,6 @@ using testing_support::Write;
 
 namespace {
 
-
-
 TEST(FileTests, ExistenceAndSize) {
   TempDir dir;
   Write(dir.NativeOf(L"f.bin"), std::string(1234, 'x'));

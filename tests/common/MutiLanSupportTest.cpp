@@ -14,7 +14,6 @@ using testing_support::Write;
 
 namespace {
 
-
 class StringTable : public ::testing::Test {
  protected:
   void SetUp() override { lang->ClearAll(); }

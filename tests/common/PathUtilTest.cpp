@@ -19,10 +19,9 @@ INSTANTIATE_TEST_SUITE_P(Rows, ReparsePath,
                          ::testing::Values(ReparseRow{L"C:/a//b", L"C:\\a\\b"},
                                            ReparseRow{L"\\\\server/share", L"\\\\server\\share"},
                                            ReparseRow{L"\\a", L"\\\\a"},
-                                           ReparseRow{L"a\\\\\\b", L"a\\\\b"},  // three become two
+                                           ReparseRow{L"a\\\\\\b", L"a\\\\b"},    // three become two
                                            ReparseRow{L"a\\\\\\\\b", L"a\\\\b"},  // four: two pairs, two left
-                                           ReparseRow{L"", L""},
-                                           ReparseRow{L"\\", L"\\\\"},
+                                           ReparseRow{L"", L""}, ReparseRow{L"\\", L"\\\\"},
                                            ReparseRow{L"C:\\\u6587\u4ef6//x", L"C:\\\u6587\u4ef6\\x"}));
 
 TEST(PathParts, DirNameAndExtension) {

@@ -68,8 +68,8 @@ TEST(PatternMatcherTest, AgreesWithBruteForceOnRandomStreams) {
   const std::wstring letters = L"aAbB\u00c4\u00e4\u0416\u0436cdefghijklmnopqrstuvwxyz\u4e2d\u6587";
   struct Row {
     size_t alphabet, patterns, minLength, maxLength;
-  } rows[] = {{2, 4, 1, 3},  {3, 12, 1, 5},  {4, 60, 1, 8},    {8, 200, 1, 4},  {30, 400, 1, 3},
-              {30, 1500, 1, 4}, {3, 6, 2, 3}, {4, 30, 3, 7}, {8, 100, 4, 6}, {30, 300, 5, 9}};
+  } rows[] = {{2, 4, 1, 3},     {3, 12, 1, 5}, {4, 60, 1, 8}, {8, 200, 1, 4}, {30, 400, 1, 3},
+              {30, 1500, 1, 4}, {3, 6, 2, 3},  {4, 30, 3, 7}, {8, 100, 4, 6}, {30, 300, 5, 9}};
   std::mt19937 rng(20261124);
   for (const Row& row : rows) {
     for (int round = 0; round < (row.patterns > 1000 ? 5 : 20); ++round) {

@@ -36,7 +36,7 @@ TEST_P(ShippedTable, HasEveryLauncherString) {
   const std::string language = GetParam();
   const wchar_t* expected = language == "zh_CN"   ? L"\u9009\u62e9\u767b\u5f55\u7528\u6237"
                             : language == "zh_TW" ? L"\u9078\u64c7\u767b\u5165\u4f7f\u7528\u8005"
-                                              : L"Choose a user";
+                                                  : L"Choose a user";
   EXPECT_EQ(tip, expected);
 }
 

@@ -41,7 +41,10 @@ TEST(ToolTipPlan, ShowsAfterTheMouseRestsAndHidesOnLeaveOrPress) {
   };
   const std::vector<std::vector<Step>> rows = {
       {{L"chat", 0, "wait 500"}, {L"chat", 300, ""}, {L"due", 500, "wait 300"}, {L"due", 800, "show Chat"}},
-      {{L"chat", 0, "wait 500"}, {L"due", 500, "show Chat"}, {L"byid", 600, "hide wait 500"}, {L"due", 1100, "show Quit"}},
+      {{L"chat", 0, "wait 500"},
+       {L"due", 500, "show Chat"},
+       {L"byid", 600, "hide wait 500"},
+       {L"due", 1100, "show Quit"}},
       {{L"chat", 0, "wait 500"}, {L"due", 500, "show Chat"}, {L"none", 600, "hide"}, {L"-", 700, ""}},
       {{L"chat", 0, "wait 500"},
        {L"due", 500, "show Chat"},

@@ -13,7 +13,8 @@ namespace {
 // A folder written "C:\dir\" in quotes reaches argv as C:\dir" (backslash-quote is an escaped
 // quote to the runtime's parser): drop the stray quote and the trailing backslash.
 std::wstring Trimmed(std::wstring folder) {
-  while (!folder.empty() && (folder.back() == L'\\' || folder.back() == L'"' || folder.back() == L' ')) folder.pop_back();
+  while (!folder.empty() && (folder.back() == L'\\' || folder.back() == L'"' || folder.back() == L' '))
+    folder.pop_back();
   return folder;
 }
 

@@ -31,8 +31,10 @@ int main(int argc, char** argv) {
   bool ignoreCase = false;
   const char* pattern = nullptr;
   for (int i = 1; i < argc; ++i) {
-    if (_stricmp(argv[i], "/i") == 0) ignoreCase = true;
-    else pattern = argv[i];
+    if (_stricmp(argv[i], "/i") == 0)
+      ignoreCase = true;
+    else
+      pattern = argv[i];
   }
   if (!pattern) return 2;
   std::vector<std::string> parts;

@@ -133,12 +133,11 @@ TEST(ShippedSkinWineTest, TheWindowRendersWithItsRows) {
     std::wstring GetSkinFolder() override { return L"start_hide_window"; }
   } window;
   WindowBuilder builder;
-  auto* root = dynamic_cast<Box*>(builder.Create(GlobalManager::GetResourcePath(),
-                                                  L"start_hide_window\\start_hide_window.xml", nullptr, &window));
+  auto* root = dynamic_cast<Box*>(
+      builder.Create(GlobalManager::GetResourcePath(), L"start_hide_window\\start_hide_window.xml", nullptr, &window));
   ASSERT_NE(nullptr, root);
   window.AttachRoot(root);
-  dynamic_cast<Label*>(window.FindControl(L"login_user_title_label"))
-      ->SetText(L"Choose the signed-in account to use:");
+  dynamic_cast<Label*>(window.FindControl(L"login_user_title_label"))->SetText(L"Choose the signed-in account to use:");
   auto* remember = dynamic_cast<CheckBox*>(window.FindControl(L"remember_choice_checkbox"));
   remember->SetText(L"Remember my choice and do not ask again");
   remember->Selected(true, false);

@@ -59,7 +59,8 @@ class PathToolFixture : public ::testing::Test {
 
 TEST_F(PathToolFixture, UpdateFolderIsTheDigestOfTheLauncherFolder) {
   std::string utf8 = mivo::common::CString_to_utf8(CPathTool::GetLauncherFolder());
-  CString digest = mivo::common::utf8_to_CString(mivo::common::MakeMD5Value(utf8.data(), static_cast<unsigned>(utf8.size())));
+  CString digest =
+      mivo::common::utf8_to_CString(mivo::common::MakeMD5Value(utf8.data(), static_cast<unsigned>(utf8.size())));
   CString expected = CPathTool::GetSharedDataFolder() + L"Update\\" + digest + L"\\";
   EXPECT_EQ(CPathTool::GetUpdateFolder(false), expected);
   EXPECT_FALSE(mivo::common::IsFolderExist(expected));
@@ -140,8 +141,13 @@ TEST_F(PathToolFixture, Win7PassCoversTheUpdateFoldersAndEmptiesTheVirtualStore)
   std::vector<CString> probed;
   for (const Call& c : calls) probed.push_back(c.parameters.Mid(c.parameters.Find(L"> \"") + 3));
   CString shared = CPathTool::GetSharedDataFolder();
-  std::vector<CString> expected = {shared, shared + L"Update\\", update, update + L"UpdateTemp\\", update + L"plugin\\",
-                                   update + L"plugin\\p1\\", update + L"plugin\\p1\\UpdateTemp\\"};
+  std::vector<CString> expected = {shared,
+                                   shared + L"Update\\",
+                                   update,
+                                   update + L"UpdateTemp\\",
+                                   update + L"plugin\\",
+                                   update + L"plugin\\p1\\",
+                                   update + L"plugin\\p1\\UpdateTemp\\"};
   ASSERT_EQ(probed.size(), expected.size());
   for (size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(probed[i], expected[i] + L"CaclsEveryOneFlag\"") << i;
   CPathTool::EmptyFolderTree(shared);

@@ -3,6 +3,7 @@
 // stand-ins for cacls and findstr (Wine's do nothing) found first on the search path: in
 // the current folder for the shell, on PATH for CMD.EXE.
 #include <windows.h>
+// the shell headers need the base Windows types first
 #include <shlobj.h>
 
 #include <gtest/gtest.h>

@@ -5,14 +5,14 @@
 
 #include "toolkit/Exception.h"
 
-#define EXPECT_RAISES(statement, Type)                                        \
-  do {                                                                        \
-    bool raised_ = false;                                                     \
-    try {                                                                     \
-      statement;                                                              \
-    } catch (CException * e_) {                                               \
-      raised_ = dynamic_cast<Type*>(e_) != nullptr;                           \
-      e_->Delete();                                                           \
-    }                                                                         \
-    EXPECT_TRUE(raised_) << #statement " did not raise " #Type;               \
+#define EXPECT_RAISES(statement, Type)                          \
+  do {                                                          \
+    bool raised_ = false;                                       \
+    try {                                                       \
+      statement;                                                \
+    } catch (CException * e_) {                                 \
+      raised_ = dynamic_cast<Type*>(e_) != nullptr;             \
+      e_->Delete();                                             \
+    }                                                           \
+    EXPECT_TRUE(raised_) << #statement " did not raise " #Type; \
   } while (0)

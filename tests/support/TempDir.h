@@ -26,8 +26,8 @@ class TempDir {
     // restore write permission so read-only test files can go
     for (auto it = std::filesystem::recursive_directory_iterator(m_native, ec);
          !ec && it != std::filesystem::recursive_directory_iterator(); it.increment(ec)) {
-      std::filesystem::permissions(it->path(), std::filesystem::perms::owner_all,
-                                   std::filesystem::perm_options::add, ec);
+      std::filesystem::permissions(it->path(), std::filesystem::perms::owner_all, std::filesystem::perm_options::add,
+                                   ec);
     }
     std::filesystem::remove_all(m_native, ec);
   }
