@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwctype>
+#include <iterator>
 
 #include "base/util/string_util.h"
 #include "duilib/Core/AttributeValue.h"
@@ -83,6 +84,31 @@ std::wstring ResolveImagePath(const std::wstring& file, const std::wstring& wind
   }
   AddPngIfBare(path);
   return path;
+}
+
+namespace {
+
+constexpr int kVariantPercents[] = {125, 150, 175, 200, 250, 300};
+
+// "x.png" at 150: "x@150.png"; a name without an extension gets the suffix at its end.
+std::wstring VariantName(const std::wstring& path, int percent) {
+  size_t name = path.find_last_of(L"\\/");
+  name = name == std::wstring::npos ? 0 : name + 1;
+  size_t dot = path.rfind(L'.');
+  if (dot == std::wstring::npos || dot < name) dot = path.size();
+  return path.substr(0, dot) + L"@" + std::to_wstring(percent) + path.substr(dot);
+}
+
+}  // namespace
+
+ImageVariant ChooseImageVariant(const std::wstring& path, int percent,
+                                const std::function<bool(const std::wstring&)>& exists) {
+  if (percent <= 100 || path.empty()) return ImageVariant{path, 100};
+  for (int step : kVariantPercents)  // at or above the scaling, smallest first
+    if (step >= percent && exists(VariantName(path, step))) return ImageVariant{VariantName(path, step), step};
+  for (auto it = std::rbegin(kVariantPercents); it != std::rend(kVariantPercents); ++it)
+    if (*it < percent && exists(VariantName(path, *it))) return ImageVariant{VariantName(path, *it), *it};
+  return ImageVariant{path, 100};
 }
 
 namespace {

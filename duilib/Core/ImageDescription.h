@@ -4,6 +4,7 @@
 // xtiled='true' ytiled='true' . The
 // description is read here; where its file lies and how a corner-stretched image splits into
 // pieces is decided here too, so the painters only copy pixels.
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,19 @@ MIVO_COMMON_API bool ParseImageDescription(const std::wstring& text, ImageDescri
 // a name whose last part has no extension means "<name>.png". "" for a path that would leave
 // the resource root. Absolute paths (with a drive, or a leading backslash) stay as written.
 MIVO_COMMON_API std::wstring ResolveImagePath(const std::wstring& file, const std::wstring& windowSkinFolder);
+
+// The file drawn for an image at a scaling above 100%: a skin may ship larger copies beside
+// "x.png" named "x@125.png", "x@150.png", "x@175.png", "x@200.png", "x@250.png" or "x@300.png",
+// drawn at that scaling. The nearest at or above the window's scaling wins, else the nearest
+// below it (still sharper than the plain file), else the plain file, stretched smoothly.
+struct ImageVariant {
+  std::wstring path;
+  int percent = 100;  // the scaling the file is drawn for: its pixels per 100 of the skin's
+  friend bool operator==(const ImageVariant&, const ImageVariant&) = default;
+};
+// `path` is a resolved image path; `exists` tells whether a file is there.
+MIVO_COMMON_API ImageVariant ChooseImageVariant(const std::wstring& path, int percent,
+                                                const std::function<bool(const std::wstring&)>& exists);
 
 // One piece of a corner-stretched image: what part of the image goes where.
 struct ImagePiece {

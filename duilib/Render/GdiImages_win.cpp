@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/util/string_util.h"
+#include "duilib/Core/GlobalManager.h"
 #include "duilib/Render/GdiRender.h"
 #include "duilib/Render/ImagePlace.h"
 #include "duilib/Render/ImageResample.h"
@@ -99,6 +100,32 @@ const OffscreenBitmap* StretchedPiece(const std::wstring& path, const DecodedIma
   return (cache[key] = std::move(bitmap)).get();
 }
 
+// The file to draw for `path` at the current scaling. The choice is kept: a skin's files do
+// not come and go while it is shown, and probing up to six names at every paint would cost.
+ImageVariant VariantFor(const std::wstring& path) {
+  if (!GlobalManager::IsDpiScaleEnabled() || GlobalManager::GetDpiScalePercent() <= 100) return ImageVariant{path, 100};
+  static std::map<std::wstring, ImageVariant> chosen;
+  const int percent = GlobalManager::GetDpiScalePercent();
+  std::wstring key = path + L"|" + std::to_wstring(percent);
+  nbase::MakeLower(key);
+  auto found = chosen.find(key);
+  if (found != chosen.end()) return found->second;
+  const ImageVariant variant = ChooseImageVariant(path, percent, [](const std::wstring& name) {
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+  });
+  return chosen[key] = variant;
+}
+
+// A rectangle written in the plain image's pixels, in those of a variant drawn for `percent`.
+UiRect ForVariant(const UiRect& rc, int percent) {
+  auto scale = [percent](int v) {
+    const long long scaled = static_cast<long long>(v) * percent;
+    return static_cast<int>(scaled >= 0 ? (scaled + 50) / 100 : (scaled - 50) / 100);
+  };
+  return UiRect{scale(rc.left), scale(rc.top), scale(rc.right), scale(rc.bottom)};
+}
+
 bool FindPngEncoder(CLSID& clsid) {
   UINT count = 0, bytes = 0;
   if (Gdiplus::GetImageEncodersSize(&count, &bytes) != Gdiplus::Ok || bytes == 0) return false;
@@ -116,7 +143,16 @@ bool FindPngEncoder(CLSID& clsid) {
 
 }  // namespace
 
-void GdiRenderContext::DrawImage(const UiRect& dest, const ImageDescription& image) {
+void GdiRenderContext::DrawImage(const UiRect& dest, const ImageDescription& written) {
+  // A larger copy of the file drawn for this scaling is addressed in its own pixels: the
+  // description's source and corners, written for the plain file, grow with it.
+  const ImageVariant variant = VariantFor(written.file);
+  ImageDescription image = written;
+  image.file = variant.path;
+  if (variant.percent != 100) {
+    image.source = ForVariant(image.source, variant.percent);
+    image.corner = ForVariant(image.corner, variant.percent);
+  }
   const DecodedImage* decoded = LoadImageFile(image.file);
   if (!decoded || image.alpha <= 0) return;
   const int width = decoded->pixels.GetWidth(), height = decoded->pixels.GetHeight();

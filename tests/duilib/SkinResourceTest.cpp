@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cwchar>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -108,6 +109,38 @@ TEST_F(SkinResources, ImageFilesLieInTheWindowsSkinFolder) {
     SCOPED_TRACE(std::string(row.file, row.file + std::wcslen(row.file)));
     EXPECT_EQ(ResolveImagePath(row.file, row.windowFolder), row.path);
   }
+}
+
+TEST_F(SkinResources, LargerCopiesOfAnImageAreChosenByTheScaling) {
+  const std::set<std::wstring> files = {L"C:\\s\\a@150.png", L"C:\\s\\a@200.png", L"C:\\s\\b@125.png",
+                                        L"C:\\s.v2\\c@200", L"C:\\s\\d.x@300.png"};
+  std::vector<std::wstring> probed;
+  auto exists = [&](const std::wstring& name) {
+    probed.push_back(name);
+    return files.count(name) > 0;
+  };
+  struct Row {
+    const wchar_t* path;
+    int percent;
+    ImageVariant chosen;
+  } rows[] = {
+      {L"C:\\s\\a.png", 100, {L"C:\\s\\a.png", 100}},
+      {L"C:\\s\\a.png", 125, {L"C:\\s\\a@150.png", 150}},  // the nearest larger one
+      {L"C:\\s\\a.png", 150, {L"C:\\s\\a@150.png", 150}},
+      {L"C:\\s\\a.png", 175, {L"C:\\s\\a@200.png", 200}},
+      {L"C:\\s\\a.png", 300, {L"C:\\s\\a@200.png", 200}},  // none larger: the nearest below
+      {L"C:\\s\\b.png", 150, {L"C:\\s\\b@125.png", 125}},
+      {L"C:\\s\\x.png", 200, {L"C:\\s\\x.png", 100}},    // no copy: the plain file
+      {L"C:\\s.v2\\c", 200, {L"C:\\s.v2\\c@200", 200}},  // a dot in a folder is no extension
+      {L"C:\\s\\d.x.png", 250, {L"C:\\s\\d.x@300.png", 300}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(testing::Message() << std::wstring(row.path) << " at " << row.percent);
+    EXPECT_EQ(ChooseImageVariant(row.path, row.percent, exists), row.chosen);
+  }
+  probed.clear();
+  ChooseImageVariant(L"C:\\s\\a.png", 100, exists);
+  EXPECT_TRUE(probed.empty()) << "at 100% the disk is not asked";
 }
 
 TEST_F(SkinResources, CornersKeepTheirSizeWhileTheRestStretches) {

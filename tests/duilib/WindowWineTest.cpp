@@ -311,11 +311,12 @@ TEST_F(WindowUnderWine, ADpiChangeRescalesTheOpenWindow) {
   HWND hwnd = form.Create(nullptr, L"dpi", WS_POPUP, 0);
   ASSERT_NE(hwnd, nullptr);
   ASSERT_EQ(form.FindControl(L"ok")->GetPos(), (UiRect{208, 130, 310, 170}));
+  // shared\red.png's copy for 150%: 12 pixels with a 3-pixel frame, and green to tell it apart
+  ASSERT_TRUE(WriteFramedPng(std::wstring(dir.Path().GetString()) + L"skins\\default\\shared\\red@150.png", 0xFF108010,
+                             0xFF1EC81E, 12, 3));
   RECT suggested{0, 0, 480, 360};
   SendMessageW(hwnd, 0x02E0 /* WM_DPICHANGED */, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested));
-  const int percent = GlobalManager::GetDpiScalePercent();
-  GlobalManager::SetDpiScale(true, 100);
-  EXPECT_EQ(percent, 150);
+  EXPECT_EQ(GlobalManager::GetDpiScalePercent(), 150);  // TearDown sets it back
   RECT client;
   GetClientRect(hwnd, &client);
   EXPECT_EQ(client.right, 480);
@@ -330,6 +331,10 @@ TEST_F(WindowUnderWine, ADpiChangeRescalesTheOpenWindow) {
   EXPECT_EQ(picture.At(17, 65), 0x000000u);
   EXPECT_EQ(picture.At(18, 66), 0x2E8B57u);
   EXPECT_EQ(picture.At(60, 225), 0x1E50C8u) << "the image fills its larger place";
+  // shared at (126,195)-(222,255) from red@150.png, its corners of 2 grown to 3
+  EXPECT_EQ(picture.At(128, 225), 0x108010u);
+  EXPECT_EQ(picture.At(129, 225), 0x1EC81Eu);
+  EXPECT_EQ(picture.At(170, 225), 0x1EC81Eu);
   DestroyWindow(hwnd);
 }
 

@@ -28,11 +28,12 @@ inline bool SavePng(Gdiplus::Bitmap& bitmap, const std::wstring& path) {
 }
 
 // An 8x8 image of one colour inside a frame of another, two pixels wide.
-inline bool WriteFramedPng(const std::wstring& path, Gdiplus::ARGB frame, Gdiplus::ARGB fill) {
-  Gdiplus::Bitmap bitmap(8, 8, PixelFormat32bppARGB);
-  for (int y = 0; y < 8; ++y)
-    for (int x = 0; x < 8; ++x) {
-      const bool edge = x < 2 || y < 2 || x >= 6 || y >= 6;
+inline bool WriteFramedPng(const std::wstring& path, Gdiplus::ARGB frame, Gdiplus::ARGB fill, int side = 8,
+                           int border = 2) {
+  Gdiplus::Bitmap bitmap(side, side, PixelFormat32bppARGB);
+  for (int y = 0; y < side; ++y)
+    for (int x = 0; x < side; ++x) {
+      const bool edge = x < border || y < border || x >= side - border || y >= side - border;
       bitmap.SetPixel(x, y, Gdiplus::Color(edge ? frame : fill));
     }
   return SavePng(bitmap, path);
