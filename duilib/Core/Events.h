@@ -53,6 +53,11 @@ constexpr uint32_t kVkHome = 0x24;
 constexpr uint32_t kVkUp = 0x26;
 constexpr uint32_t kVkDown = 0x28;
 
+// The keys that move a selection through rows: Up, Down, Home, End, Page Up, Page Down.
+constexpr bool IsRowNavigationKey(uint32_t vk) {
+  return vk == kVkUp || vk == kVkDown || vk == kVkHome || vk == kVkEnd || vk == kVkPageUp || vk == kVkPageDown;
+}
+
 // A handler returns false to keep the handlers attached after it from hearing the event.
 using EventCallback = std::function<bool(EventArgs*)>;
 

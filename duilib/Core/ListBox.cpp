@@ -37,19 +37,7 @@ void ListContainerElement::Activate(UiPoint ptMouse) {
   if (!alive.expired()) ButtonTemplate<Box>::Activate(ptMouse);
 }
 
-bool ListBox::WantsKey(uint32_t vk) const {
-  switch (vk) {
-    case kVkUp:
-    case kVkDown:
-    case kVkHome:
-    case kVkEnd:
-    case kVkPageUp:
-    case kVkPageDown:
-      return true;
-    default:
-      return false;
-  }
-}
+bool ListBox::WantsKey(uint32_t vk) const { return IsRowNavigationKey(vk); }
 
 int ListBox::KeyTarget(uint32_t vk, int current, int count, int page) {
   if (count <= 0) return -1;

@@ -310,19 +310,7 @@ void TreeView::ShowRow(int row) {
 }
 
 bool TreeView::WantsKey(uint32_t vk) const {
-  switch (vk) {
-    case kVkUp:
-    case kVkDown:
-    case kVkHome:
-    case kVkEnd:
-    case kVkPageUp:
-    case kVkPageDown:
-    case treerows::kVkLeft:
-    case treerows::kVkRight:
-      return true;
-    default:
-      return false;
-  }
+  return IsRowNavigationKey(vk) || vk == treerows::kVkLeft || vk == treerows::kVkRight;
 }
 
 void TreeView::HandleEvent(EventArgs& args) {

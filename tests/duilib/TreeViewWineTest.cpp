@@ -35,13 +35,7 @@ constexpr char kSkin[] = R"(<Window size="240,200">
 
 class TreeViewUnderWine : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    static ULONG_PTR token = 0;  // left running: the framework's images live in it too
-    Gdiplus::GdiplusStartupInput input;
-    if (!token) {
-      ASSERT_EQ(Gdiplus::GdiplusStartup(&token, &input, nullptr), Gdiplus::Ok);
-    }
-  }
+  static void SetUpTestSuite() { ASSERT_TRUE(wine_window::StartGdiplus()); }
   void Open(const std::string& skin) {
     Control* root = builder.CreateFromString(skin, nullptr, &window);
     ASSERT_NE(root, nullptr);

@@ -97,13 +97,7 @@ class TestForm : public WindowImplBase {
 
 class WindowUnderWine : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    static ULONG_PTR token = 0;  // left running: the framework's images live in it too
-    Gdiplus::GdiplusStartupInput input;
-    if (!token) {
-      ASSERT_EQ(Gdiplus::GdiplusStartup(&token, &input, nullptr), Gdiplus::Ok);
-    }
-  }
+  static void SetUpTestSuite() { ASSERT_TRUE(wine_window::StartGdiplus()); }
   void SetUp() override {
     const std::wstring root = dir.Path().GetString();
     testing_support::Write(dir.NativeOf(L"skins\\default\\form\\main.xml"), kSkin);

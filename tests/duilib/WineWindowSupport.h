@@ -15,6 +15,13 @@
 
 namespace wine_window {
 
+// GDI+ started once for the test program and left running: the framework's images live in it too.
+inline bool StartGdiplus() {
+  static ULONG_PTR token = 0;
+  Gdiplus::GdiplusStartupInput input;
+  return token || Gdiplus::GdiplusStartup(&token, &input, nullptr) == Gdiplus::Ok;
+}
+
 inline bool SavePng(Gdiplus::Bitmap& bitmap, const std::wstring& path) {
   UINT count = 0, bytes = 0;
   Gdiplus::GetImageEncodersSize(&count, &bytes);
