@@ -50,7 +50,9 @@ constexpr uint32_t kVkPageUp = 0x21;
 constexpr uint32_t kVkPageDown = 0x22;
 constexpr uint32_t kVkEnd = 0x23;
 constexpr uint32_t kVkHome = 0x24;
+constexpr uint32_t kVkLeft = 0x25;
 constexpr uint32_t kVkUp = 0x26;
+constexpr uint32_t kVkRight = 0x27;
 constexpr uint32_t kVkDown = 0x28;
 
 // The keys that move a selection through rows: Up, Down, Home, End, Page Up, Page Down.

@@ -6,13 +6,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "duilib/Core/Events.h"
 #include "toolkit/export.h"
 
 namespace mivo::duilib::treerows {
-
-// Virtual-key codes only a tree acts on (Windows' numbers).
-constexpr uint32_t kVkLeft = 0x25;
-constexpr uint32_t kVkRight = 0x27;
 
 // One shown node.
 struct Row {

@@ -309,9 +309,7 @@ void TreeView::ShowRow(int row) {
     ScrollTo(bottom - view);
 }
 
-bool TreeView::WantsKey(uint32_t vk) const {
-  return IsRowNavigationKey(vk) || vk == treerows::kVkLeft || vk == treerows::kVkRight;
-}
+bool TreeView::WantsKey(uint32_t vk) const { return IsRowNavigationKey(vk) || vk == kVkLeft || vk == kVkRight; }
 
 void TreeView::HandleEvent(EventArgs& args) {
   const auto vk = static_cast<uint32_t>(args.wParam);
